@@ -1,0 +1,47 @@
+#pragma once
+
+#include "MailCore/Model/Bytes.h"
+
+#include <optional>
+#include <string>
+#include <string_view>
+
+/// What UTF-8 text needs from Unicode. "Characters" are user-perceived ones (extended grapheme clusters).
+namespace MailCore::Text {
+
+/// `bytes` read as UTF-8, each maximal invalid sequence replaced by U+FFFD.
+std::string repaired(ByteView bytes);
+/// Whether `bytes` are well-formed UTF-8 (no surrogates, nothing above U+10FFFF).
+bool isValid(ByteView bytes) noexcept;
+
+/// The first `count` characters of `text`; points into it. Linear in what it returns.
+std::string_view prefix(std::string_view text, std::size_t count);
+/// The length in bytes of the first character of `text`; 0 when it is empty.
+std::size_t firstCharacter(std::string_view text);
+
+/// Decodes the code point that begins at `at`, which lies inside well-formed `text`, and moves `at` past it.
+char32_t next(std::string_view text, std::size_t& at) noexcept;
+/// Appends `codePoint`, a Unicode scalar value, as UTF-8.
+void append(std::string& text, char32_t codePoint);
+
+/// White space and line breaks (Unicode Z*, U+0009 to U+000D, U+0085).
+bool isWhitespace(char32_t codePoint) noexcept;
+/// `text` without white space and line breaks at both ends; points into it.
+std::string_view trimmed(std::string_view text) noexcept;
+/// `text` without the characters of `set` (ASCII) at both ends; points into it.
+std::string_view trimmed(std::string_view text, std::string_view set) noexcept;
+
+/// Unicode lower case, independent of locale; ASCII takes a short way.
+std::string lowered(std::string_view text);
+std::string uppered(std::string_view text);
+/// ASCII letters compared without case, everything else as bytes.
+bool equalsIgnoringCase(std::string_view left, std::string_view right) noexcept;
+
+constexpr char lowered(char byte) noexcept {
+    return byte >= 'A' && byte <= 'Z' ? static_cast<char>(byte + 32) : byte;
+}
+
+/// A whole decimal integer with an optional sign and nothing else; absent when it is none or does not fit.
+std::optional<std::int64_t> integer(std::string_view text) noexcept;
+
+} // namespace MailCore::Text
