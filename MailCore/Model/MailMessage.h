@@ -1,6 +1,6 @@
 #pragma once
 
-#include "MailCore/Model/Bytes.h"
+#include "MailCore/Platform/Bytes.h"
 #include "MailCore/Platform/UUID.h"
 
 #include <string>
@@ -49,7 +49,5 @@ struct MailMessage {
     std::string summary() const;
     bool operator==(const MailMessage&) const = default;
 };
-
-inline bool MailAttachment::operator==(const MailAttachment&) const = default;
 
 } // namespace MailCore

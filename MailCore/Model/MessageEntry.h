@@ -1,6 +1,6 @@
 #pragma once
 
-#include "MailCore/Model/Bytes.h"
+#include "MailCore/Platform/Bytes.h"
 #include "MailCore/Model/EntryText.h"
 #include "MailCore/Model/FileRevision.h"
 #include "MailCore/Platform/URL.h"

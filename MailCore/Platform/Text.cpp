@@ -1,0 +1,283 @@
+#include "MailCore/Platform/Text.h"
+
+#include <unicode/brkiter.h>
+#include <unicode/bytestream.h>
+#include <unicode/casemap.h>
+#include <unicode/uchar.h>
+#include <unicode/utext.h>
+
+#include <charconv>
+#include <cstring>
+#include <limits>
+#include <memory>
+#include <stdexcept>
+
+namespace MailCore::Text {
+
+namespace {
+
+constexpr std::string_view replacement = "\xEF\xBF\xBD";
+
+struct Sequence {
+    std::size_t length; // bytes of the sequence, or of its maximal valid beginning (at least 1)
+    bool valid;
+};
+
+/// The sequence at the start of `bytes`, which is not empty (Unicode §3.9, table 3-7).
+Sequence sequence(const unsigned char* bytes, std::size_t count) noexcept {
+    const unsigned char lead = bytes[0];
+    if (lead < 0x80) return {1, true};
+    if (lead < 0xC2 || lead > 0xF4) return {1, false};
+    const std::size_t length = lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+    unsigned char low = 0x80;
+    unsigned char high = 0xBF;
+    if (lead == 0xE0) low = 0xA0;
+    if (lead == 0xED) high = 0x9F;
+    if (lead == 0xF0) low = 0x90;
+    if (lead == 0xF4) high = 0x8F;
+    for (std::size_t index = 1; index < length; ++index) {
+        if (index >= count || bytes[index] < low || bytes[index] > high) return {index, false};
+        low = 0x80;
+        high = 0xBF;
+    }
+    return {length, true};
+}
+
+/// How many leading bytes of `bytes` are ASCII.
+std::size_t asciiRun(const unsigned char* bytes, std::size_t count) noexcept {
+    std::size_t at = 0;
+    while (count - at >= 8) {
+        std::uint64_t word = 0;
+        std::memcpy(&word, bytes + at, 8);
+        if ((word & 0x8080808080808080U) != 0) break;
+        at += 8;
+    }
+    while (at < count && bytes[at] < 0x80) ++at;
+    return at;
+}
+
+/// How many leading bytes of `bytes` are well formed.
+std::size_t validRun(const unsigned char* bytes, std::size_t count) noexcept {
+    std::size_t at = 0;
+    while (at < count) {
+        at += asciiRun(bytes + at, count - at);
+        if (at == count) break;
+        const Sequence found = sequence(bytes + at, count - at);
+        if (!found.valid) break;
+        at += found.length;
+    }
+    return at;
+}
+
+bool isASCII(std::string_view text) noexcept {
+    return asciiRun(reinterpret_cast<const unsigned char*>(text.data()), text.size()) == text.size();
+}
+
+using TextHandle = std::unique_ptr<UText, decltype(&utext_close)>;
+
+/// The calling thread's break iterator: ICU's are not shared between threads.
+icu::BreakIterator& characterIterator() {
+    thread_local const std::unique_ptr<icu::BreakIterator> iterator = [] {
+        UErrorCode status = U_ZERO_ERROR;
+        std::unique_ptr<icu::BreakIterator> made(
+            icu::BreakIterator::createCharacterInstance(icu::Locale::getRoot(), status));
+        if (U_FAILURE(status)) throw std::runtime_error("no character break rules");
+        return made;
+    }();
+    return *iterator;
+}
+
+/// Walks whole characters of `text` from its start; stops after `count` of them. The result is the end in bytes.
+/// The iterator sees a window at a time, so that a short prefix of a long text costs what it returns.
+std::size_t walkCharacters(std::string_view text, std::size_t count) {
+    constexpr std::size_t window = 16'384;
+    std::size_t at = 0;
+    while (count > 0 && at < text.size()) {
+        std::size_t size = std::min(window, text.size() - at);
+        while (at + size < text.size() && (static_cast<unsigned char>(text[at + size]) & 0xC0) == 0x80) ++size;
+        for (;;) {
+            UErrorCode status = U_ZERO_ERROR;
+            const TextHandle handle(
+                utext_openUTF8(nullptr, text.data() + at, static_cast<std::int64_t>(size), &status),
+                &utext_close);
+            icu::BreakIterator& iterator = characterIterator();
+            iterator.setText(handle.get(), status);
+            if (U_FAILURE(status)) return at;
+            const bool last = at + size == text.size();
+            std::size_t done = 0; // bytes of whole characters inside the window
+            std::size_t left = count;
+            for (std::int32_t end = iterator.next(); end != icu::BreakIterator::DONE && left > 0;
+                 end = iterator.next()) {
+                // A character that reaches the window's end may go on behind it.
+                if (!last && static_cast<std::size_t>(end) == size) break;
+                done = static_cast<std::size_t>(end);
+                --left;
+            }
+            if (done > 0 || last) {
+                at += done;
+                count = left;
+                break;
+            }
+            size = std::min(size * 2, text.size() - at); // one character longer than the window
+            while (at + size < text.size() && (static_cast<unsigned char>(text[at + size]) & 0xC0) == 0x80)
+                ++size;
+        }
+    }
+    return at;
+}
+
+template <typename Map>
+std::string mapped(std::string_view text, Map map) {
+    std::string result;
+    result.reserve(text.size());
+    icu::StringByteSink<std::string> sink(&result);
+    UErrorCode status = U_ZERO_ERROR;
+    map(icu::StringPiece(text.data(), static_cast<std::int32_t>(text.size())), sink, status);
+    return U_SUCCESS(status) ? result : std::string(text);
+}
+
+} // namespace
+
+std::string repaired(ByteView bytes) {
+    const auto* data = reinterpret_cast<const unsigned char*>(bytes.data());
+    std::string text;
+    text.reserve(bytes.size());
+    std::size_t at = 0;
+    while (at < bytes.size()) {
+        const std::size_t run = validRun(data + at, bytes.size() - at);
+        text.append(reinterpret_cast<const char*>(data + at), run);
+        at += run;
+        if (at == bytes.size()) break;
+        text += replacement;
+        at += sequence(data + at, bytes.size() - at).length;
+    }
+    return text;
+}
+
+bool isValid(ByteView bytes) noexcept {
+    return validRun(reinterpret_cast<const unsigned char*>(bytes.data()), bytes.size()) == bytes.size();
+}
+
+std::string_view prefix(std::string_view text, std::size_t count) {
+    if (text.size() <= count) return text;
+    // ASCII without line breaks: one character a byte, as long as nothing that combines follows.
+    const auto* data = reinterpret_cast<const unsigned char*>(text.data());
+    const std::size_t probe = count + 1;
+    if (asciiRun(data, probe) == probe && std::memchr(data, '\r', probe) == nullptr) return text.substr(0, count);
+    return text.substr(0, walkCharacters(text, count));
+}
+
+std::size_t firstCharacter(std::string_view text) {
+    if (text.size() < 2) return text.size();
+    const auto first = static_cast<unsigned char>(text[0]);
+    const auto second = static_cast<unsigned char>(text[1]);
+    if (first < 0x80 && second < 0x80) return first == '\r' && second == '\n' ? 2 : 1;
+    return walkCharacters(text, 1);
+}
+
+char32_t next(std::string_view text, std::size_t& at) noexcept {
+    const auto byte = [&](std::size_t index) { return static_cast<char32_t>(static_cast<unsigned char>(text[index])); };
+    const char32_t lead = byte(at);
+    const std::size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
+    if (length > text.size() - at) {
+        at = text.size();
+        return 0xFFFD;
+    }
+    char32_t codePoint = length == 1 ? lead : lead & (0x7FU >> length);
+    for (std::size_t index = 1; index < length; ++index) codePoint = codePoint << 6 | (byte(at + index) & 0x3F);
+    at += length;
+    return codePoint;
+}
+
+void append(std::string& text, char32_t codePoint) {
+    const auto put = [&](char32_t byte) { text += static_cast<char>(static_cast<unsigned char>(byte)); };
+    if (codePoint < 0x80) {
+        put(codePoint);
+    } else if (codePoint < 0x800) {
+        put(0xC0 | codePoint >> 6);
+        put(0x80 | (codePoint & 0x3F));
+    } else if (codePoint < 0x10000) {
+        put(0xE0 | codePoint >> 12);
+        put(0x80 | (codePoint >> 6 & 0x3F));
+        put(0x80 | (codePoint & 0x3F));
+    } else {
+        put(0xF0 | codePoint >> 18);
+        put(0x80 | (codePoint >> 12 & 0x3F));
+        put(0x80 | (codePoint >> 6 & 0x3F));
+        put(0x80 | (codePoint & 0x3F));
+    }
+}
+
+bool isWhitespace(char32_t codePoint) noexcept {
+    if (codePoint < 0x80) return codePoint == ' ' || (codePoint >= '\t' && codePoint <= '\r');
+    return codePoint == 0x85 || codePoint == 0xA0 || codePoint == 0x1680 ||
+           (codePoint >= 0x2000 && codePoint <= 0x200A) || codePoint == 0x2028 || codePoint == 0x2029 ||
+           codePoint == 0x202F || codePoint == 0x205F || codePoint == 0x3000;
+}
+
+std::string_view trimmed(std::string_view text) noexcept {
+    while (!text.empty()) {
+        std::size_t at = 0;
+        if (!isWhitespace(next(text, at))) break;
+        text.remove_prefix(at);
+    }
+    while (!text.empty()) {
+        std::size_t start = text.size() - 1;
+        while (start > 0 && (static_cast<unsigned char>(text[start]) & 0xC0) == 0x80) --start;
+        std::size_t at = start;
+        if (!isWhitespace(next(text, at))) break;
+        text.remove_suffix(text.size() - start);
+    }
+    return text;
+}
+
+std::string_view trimmed(std::string_view text, std::string_view set) noexcept {
+    const std::size_t start = text.find_first_not_of(set);
+    if (start == std::string_view::npos) return text.substr(0, 0);
+    return text.substr(start, text.find_last_not_of(set) - start + 1);
+}
+
+std::string lowered(std::string_view text) {
+    if (isASCII(text)) {
+        std::string result(text);
+        for (char& byte : result) byte = lowered(byte);
+        return result;
+    }
+    return mapped(text, [](icu::StringPiece piece, icu::ByteSink& sink, UErrorCode& status) {
+        icu::CaseMap::utf8ToLower("", 0, piece, sink, nullptr, status);
+    });
+}
+
+std::string uppered(std::string_view text) {
+    if (isASCII(text)) {
+        std::string result(text);
+        for (char& byte : result) {
+            if (byte >= 'a' && byte <= 'z') byte = static_cast<char>(byte - 32);
+        }
+        return result;
+    }
+    return mapped(text, [](icu::StringPiece piece, icu::ByteSink& sink, UErrorCode& status) {
+        icu::CaseMap::utf8ToUpper("", 0, piece, sink, nullptr, status);
+    });
+}
+
+bool equalsIgnoringCase(std::string_view left, std::string_view right) noexcept {
+    if (left.size() != right.size()) return false;
+    for (std::size_t index = 0; index < left.size(); ++index) {
+        if (lowered(left[index]) != lowered(right[index])) return false;
+    }
+    return true;
+}
+
+std::optional<std::int64_t> integer(std::string_view text) noexcept {
+    if (text.starts_with('+')) {
+        text.remove_prefix(1);
+        if (text.starts_with('-')) return std::nullopt;
+    }
+    std::int64_t value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (error != std::errc() || end != text.data() + text.size()) return std::nullopt;
+    return value;
+}
+
+} // namespace MailCore::Text
