@@ -1,0 +1,50 @@
+#include "MailCore/MIME/MailEncoding.h"
+
+#include <algorithm>
+
+namespace MailCore::MIME {
+
+namespace {
+
+int hexDigit(char character) noexcept {
+    if (character >= '0' && character <= '9') return character - '0';
+    if (character >= 'A' && character <= 'F') return character - 'A' + 10;
+    if (character >= 'a' && character <= 'f') return character - 'a' + 10;
+    return -1;
+}
+
+} // namespace
+
+Bytes quotedPrintable(ByteView bytes, bool header) {
+    const std::string_view text = charsOf(bytes);
+    Bytes result(text.size()); // an escape only ever shrinks
+    auto* out = reinterpret_cast<char*>(result.data());
+    std::size_t at = 0;
+    while (at < text.size()) {
+        const std::size_t found = std::min(header ? text.find_first_of("=_", at) : text.find('=', at), text.size());
+        out = std::copy_n(text.data() + at, found - at, out);
+        at = found;
+        if (at == text.size()) break;
+        if (text[at] == '_') {
+            *out++ = ' ';
+            ++at;
+            continue;
+        }
+        const std::string_view escape = text.substr(at + 1, 2);
+        if (escape.starts_with('\n')) { // soft line break
+            at += 2;
+        } else if (escape == "\r\n") {
+            at += 3;
+        } else if (escape.size() == 2 && hexDigit(escape[0]) >= 0 && hexDigit(escape[1]) >= 0) {
+            *out++ = static_cast<char>(hexDigit(escape[0]) << 4 | hexDigit(escape[1]));
+            at += 3;
+        } else {
+            *out++ = '=';
+            ++at;
+        }
+    }
+    result.resize(static_cast<std::size_t>(out - reinterpret_cast<char*>(result.data())));
+    return result;
+}
+
+} // namespace MailCore::MIME
