@@ -6,7 +6,8 @@
 
 namespace MailCore {
 
-/// The identity of a regular file at one moment. A file whose revision differs from the recorded one has changed.
+/// The identity of a regular file at one moment. A file whose revision differs from the recorded one has
+/// changed.
 struct FileRevision {
     std::int32_t device = 0;
     std::uint64_t inode = 0;

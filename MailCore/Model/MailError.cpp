@@ -33,7 +33,9 @@ static_assert(rowsStandInOrder());
 
 } // namespace
 
-std::string_view MailError::name() const noexcept { return rows[static_cast<std::size_t>(which_)].name; }
+std::string_view MailError::name() const noexcept {
+    return rows[static_cast<std::size_t>(which_)].name;
+}
 
 std::string_view MailError::errorDescription() const noexcept {
     return rows[static_cast<std::size_t>(which_)].description;

@@ -8,7 +8,15 @@ namespace MailCore {
 /// What engine operations throw. Failed system calls are thrown on as std::system_error.
 class MailError final : public std::exception {
 public:
-    enum class Case { tooLarge, malformed, unsupported, tooMany, cancelled, sourceChanged, unsafeDestination };
+    enum class Case {
+        tooLarge,
+        malformed,
+        unsupported,
+        tooMany,
+        cancelled,
+        sourceChanged,
+        unsafeDestination
+    };
     using enum Case;
 
     MailError(Case which) noexcept : which_(which) {}

@@ -3,8 +3,8 @@
 #include "MailCore/Platform/Text.h"
 #include "MailCore/Platform/URL.h"
 
-#include <array>
 #include <algorithm>
+#include <array>
 
 namespace MailCore {
 
@@ -15,7 +15,8 @@ bool MailAttachment::canPreview() const {
     if (isOLE) return false;
     if (!embedded.empty()) return true;
     if (std::ranges::find(messageTypes, Text::lowered(type)) != messageTypes.end()) return true;
-    return std::ranges::find(messageExtensions, Text::lowered(pathExtension(name))) != messageExtensions.end();
+    return std::ranges::find(messageExtensions, Text::lowered(pathExtension(name))) !=
+           messageExtensions.end();
 }
 
 bool MailAttachment::operator==(const MailAttachment&) const = default;

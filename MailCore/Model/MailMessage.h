@@ -20,13 +20,13 @@ struct MailMessage;
 /// One attachment of a message.
 struct MailAttachment {
     UUID id = UUID::random();
-    std::string name;      // to show, and to offer when saving; a safe file name
-    std::string type;      // media type, as in "image/png"
-    Bytes bytes;           // decoded content
-    std::string contentID; // empty when there is none
+    std::string name;                  // to show, and to offer when saving; a safe file name
+    std::string type;                  // media type, as in "image/png"
+    Bytes bytes;                       // decoded content
+    std::string contentID;             // empty when there is none
     std::vector<MailMessage> embedded; // messages its producer parsed from it
-    bool available = true; // false: listed, but its content could not be decoded
-    bool isOLE = false;    // an embedded OLE object of an Outlook message
+    bool available = true;             // false: listed, but its content could not be decoded
+    bool isOLE = false;                // an embedded OLE object of an Outlook message
 
     /// Whether the attachment can be read as a message.
     bool canPreview() const;

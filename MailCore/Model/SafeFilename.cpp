@@ -54,7 +54,8 @@ std::string safeFilename(std::string_view name) {
     const bool keepsExtension = !extension.empty() && extension.size() <= largestExtension;
     const std::size_t suffixLength = keepsExtension ? extension.size() + 1 : 0;
     const std::string_view suffix = result.substr(result.size() - suffixLength);
-    const std::string_view stem = fitting(result.substr(0, result.size() - suffixLength), largestName - suffixLength);
+    const std::string_view stem =
+        fitting(result.substr(0, result.size() - suffixLength), largestName - suffixLength);
     return std::string(stem.empty() ? defaultName : stem).append(suffix);
 }
 

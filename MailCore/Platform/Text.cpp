@@ -87,14 +87,15 @@ icu::BreakIterator& characterIterator() {
     return *iterator;
 }
 
-/// Walks whole characters of `text` from its start; stops after `count` of them. The result is the end in bytes.
-/// The iterator sees a window at a time, so that a short prefix of a long text costs what it returns.
+/// Walks whole characters of `text` from its start; stops after `count` of them. The result is the end in
+/// bytes. The iterator sees a window at a time, so that a short prefix of a long text costs what it returns.
 std::size_t walkCharacters(std::string_view text, std::size_t count) {
     constexpr std::size_t window = 16'384;
     std::size_t at = 0;
     while (count > 0 && at < text.size()) {
         std::size_t size = std::min(window, text.size() - at);
-        while (at + size < text.size() && (static_cast<unsigned char>(text[at + size]) & 0xC0) == 0x80) ++size;
+        while (at + size < text.size() && (static_cast<unsigned char>(text[at + size]) & 0xC0) == 0x80)
+            ++size;
         for (;;) {
             UErrorCode status = U_ZERO_ERROR;
             const TextHandle handle(
@@ -163,7 +164,8 @@ std::string_view prefix(std::string_view text, std::size_t count) {
     // ASCII without line breaks: one character a byte, as long as nothing that combines follows.
     const auto* data = reinterpret_cast<const unsigned char*>(text.data());
     const std::size_t probe = count + 1;
-    if (asciiRun(data, probe) == probe && std::memchr(data, '\r', probe) == nullptr) return text.substr(0, count);
+    if (asciiRun(data, probe) == probe && std::memchr(data, '\r', probe) == nullptr)
+        return text.substr(0, count);
     return text.substr(0, walkCharacters(text, count));
 }
 
@@ -176,7 +178,9 @@ std::size_t firstCharacter(std::string_view text) {
 }
 
 char32_t next(std::string_view text, std::size_t& at) noexcept {
-    const auto byte = [&](std::size_t index) { return static_cast<char32_t>(static_cast<unsigned char>(text[index])); };
+    const auto byte = [&](std::size_t index) {
+        return static_cast<char32_t>(static_cast<unsigned char>(text[index]));
+    };
     const char32_t lead = byte(at);
     const std::size_t length = lead < 0x80 ? 1 : lead < 0xE0 ? 2 : lead < 0xF0 ? 3 : 4;
     if (length > text.size() - at) {
@@ -184,7 +188,8 @@ char32_t next(std::string_view text, std::size_t& at) noexcept {
         return 0xFFFD;
     }
     char32_t codePoint = length == 1 ? lead : lead & (0x7FU >> length);
-    for (std::size_t index = 1; index < length; ++index) codePoint = codePoint << 6 | (byte(at + index) & 0x3F);
+    for (std::size_t index = 1; index < length; ++index)
+        codePoint = codePoint << 6 | (byte(at + index) & 0x3F);
     at += length;
     return codePoint;
 }

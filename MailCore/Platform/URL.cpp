@@ -120,25 +120,45 @@ std::optional<URL> URL::parse(std::string_view text) {
     return URL(std::make_shared<const Parts>(std::move(parts)));
 }
 
-const std::string& URL::text() const noexcept { return parts().text; }
+const std::string& URL::text() const noexcept {
+    return parts().text;
+}
 
-const std::string& URL::scheme() const noexcept { return parts().scheme; }
+const std::string& URL::scheme() const noexcept {
+    return parts().scheme;
+}
 
-bool URL::isFile() const noexcept { return parts().scheme == "file"; }
+bool URL::isFile() const noexcept {
+    return parts().scheme == "file";
+}
 
-const std::optional<std::string>& URL::host() const noexcept { return parts().host; }
+const std::optional<std::string>& URL::host() const noexcept {
+    return parts().host;
+}
 
-bool URL::hasUserInfo() const noexcept { return parts().hasUserInfo; }
+bool URL::hasUserInfo() const noexcept {
+    return parts().hasUserInfo;
+}
 
-const std::string& URL::path() const noexcept { return parts().path; }
+const std::string& URL::path() const noexcept {
+    return parts().path;
+}
 
-const std::string& URL::percentEncodedPath() const noexcept { return parts().encodedPath; }
+const std::string& URL::percentEncodedPath() const noexcept {
+    return parts().encodedPath;
+}
 
-const std::optional<std::string>& URL::query() const noexcept { return parts().query; }
+const std::optional<std::string>& URL::query() const noexcept {
+    return parts().query;
+}
 
-std::string URL::lastPathComponent() const { return std::string(lastComponent(parts().path)); }
+std::string URL::lastPathComponent() const {
+    return std::string(lastComponent(parts().path));
+}
 
-std::string URL::pathExtension() const { return std::string(MailCore::pathExtension(parts().path)); }
+std::string URL::pathExtension() const {
+    return std::string(MailCore::pathExtension(parts().path));
+}
 
 URL URL::appending(std::string_view component) const {
     std::string text = parts().text;

@@ -37,8 +37,8 @@ public:
 
     /// The last component of the decoded path, without a trailing slash.
     std::string lastPathComponent() const;
-    /// What follows the last dot of the last component; empty when there is none or the name's only dot is its
-    /// first character.
+    /// What follows the last dot of the last component; empty when there is none or the name's only dot is
+    /// its first character.
     std::string pathExtension() const;
     /// The address with `component`, percent-encoded, added to the path.
     URL appending(std::string_view component) const;
@@ -53,8 +53,8 @@ private:
     std::shared_ptr<const Parts> parts_;
 };
 
-/// The text after the last dot of the last component of `name` ("/" separates); empty when there is none, when
-/// the name's only dot is its first character, or when nothing follows it, as in "name.".
+/// The text after the last dot of the last component of `name` ("/" separates); empty when there is none,
+/// when the name's only dot is its first character, or when nothing follows it, as in "name.".
 std::string_view pathExtension(std::string_view name) noexcept;
 
 } // namespace MailCore

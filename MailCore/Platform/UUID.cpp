@@ -39,9 +39,13 @@ UUID UUID::random() {
     return id;
 }
 
-std::string UUID::text() const { return written(bytes_, "0123456789ABCDEF"); }
+std::string UUID::text() const {
+    return written(bytes_, "0123456789ABCDEF");
+}
 
-std::string UUID::lowerText() const { return written(bytes_, "0123456789abcdef"); }
+std::string UUID::lowerText() const {
+    return written(bytes_, "0123456789abcdef");
+}
 
 } // namespace MailCore
 

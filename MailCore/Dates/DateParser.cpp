@@ -1,0 +1,199 @@
+#include "MailCore/Dates/DateParser.h"
+
+#include "MailCore/Platform/Text.h"
+
+#include <unicode/gregocal.h>
+#include <unicode/smpdtfmt.h>
+#include <unicode/timezone.h>
+
+#include <chrono>
+#include <cstdint>
+#include <memory>
+#include <stdexcept>
+
+namespace MailCore::DateParser {
+
+namespace {
+
+constexpr std::size_t firstISOPattern = 5;
+
+bool isDigit(char byte) noexcept {
+    return byte >= '0' && byte <= '9';
+}
+
+/// Reads the parts of a date from left to right; once a part is missing, `failed` stays set.
+class Scanner {
+public:
+    explicit Scanner(std::string_view text) : text_(text) {}
+
+    bool failed() const noexcept { return failed_; }
+    bool atEnd() const noexcept { return at_ == text_.size(); }
+    bool nextIsDigit() const noexcept { return at_ < text_.size() && isDigit(text_[at_]); }
+
+    bool take(char expected) noexcept {
+        if (at_ >= text_.size() || text_[at_] != expected) return false;
+        ++at_;
+        return true;
+    }
+    void require(char expected) noexcept {
+        if (!take(expected)) failed_ = true;
+    }
+    /// One blank or more.
+    void requireBlanks() noexcept {
+        require(' ');
+        while (take(' ')) {
+        }
+    }
+    bool take(std::string_view expected) noexcept {
+        if (!text_.substr(at_).starts_with(expected)) return false;
+        at_ += expected.size();
+        return true;
+    }
+    /// A number of `least` to `most` digits, and no further digit.
+    int number(std::size_t least, std::size_t most) noexcept {
+        int value = 0;
+        std::size_t digits = 0;
+        for (; nextIsDigit(); ++at_, ++digits) {
+            if (digits < most) value = value * 10 + (text_[at_] - '0');
+        }
+        if (digits < least || digits > most) failed_ = true;
+        return value;
+    }
+    /// The index of the three-letter name at the current place, ASCII case ignored, not followed by a letter.
+    std::size_t name(std::span<const std::string_view> names) noexcept {
+        for (std::size_t index = 0; index < names.size(); ++index) {
+            if (!Text::equalsIgnoringCase(text_.substr(at_, 3), names[index])) continue;
+            at_ += 3;
+            const char following = at_ < text_.size() ? Text::lowered(text_[at_]) : ' ';
+            if (following >= 'a' && following <= 'z') break;
+            return index;
+        }
+        failed_ = true;
+        return 0;
+    }
+
+private:
+    std::string_view text_;
+    std::size_t at_ = 0;
+    bool failed_ = false;
+};
+
+constexpr auto weekdays = std::to_array<std::string_view>({"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"});
+constexpr auto months = std::to_array<std::string_view>(
+    {"Jan", "Feb", "Mar", "Apr", "May", "Jun", "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"});
+
+/// The calendar's parse of one pattern, kept with the formatter that does it.
+struct Formatter {
+    std::unique_ptr<icu::SimpleDateFormat> format;
+    bool fourDigitYear = false;
+};
+
+std::array<Formatter, patterns.size()> makeFormatters() {
+    std::array<Formatter, patterns.size()> made;
+    for (std::size_t index = 0; index < patterns.size(); ++index) {
+        UErrorCode status = U_ZERO_ERROR;
+        const icu::Locale locale("en_US_POSIX");
+        const std::string_view pattern = patterns[index];
+        auto calendar = std::make_unique<icu::GregorianCalendar>(*icu::TimeZone::getGMT(), locale, status);
+        made[index].format = std::make_unique<icu::SimpleDateFormat>(
+            icu::UnicodeString::fromUTF8({pattern.data(), static_cast<std::int32_t>(pattern.size())}), locale,
+            status);
+        if (U_FAILURE(status)) throw std::runtime_error("no date patterns");
+        made[index].format->adoptCalendar(calendar.release());
+        made[index].format->setLenient(false);
+        made[index].fourDigitYear = pattern.find("yyyy") != std::string_view::npos;
+    }
+    return made;
+}
+
+/// Whether the year that the pattern `index` reads in `text` has exactly four digits.
+bool hasFourDigitYear(std::string_view text, std::size_t index) {
+    std::size_t at = 0;
+    if (index < firstISOPattern) {
+        // The year is the digits after the month's letters; a weekday's letters end with a comma before the
+        // day.
+        const std::size_t comma = text.find(',');
+        const std::size_t day = text.find_first_of("0123456789", comma == std::string_view::npos ? 0 : comma);
+        if (day == std::string_view::npos) return false;
+        const std::size_t month = text.find_first_not_of("0123456789", day);
+        at = month == std::string_view::npos ? month : text.find_first_of("0123456789", month);
+        if (at == std::string_view::npos || text[at - 1] == '-' || text[at - 1] == '+') return false;
+    }
+    std::size_t digits = 0;
+    while (at + digits < text.size() && isDigit(text[at + digits])) ++digits;
+    return digits == 4;
+}
+
+/// Seconds east of UTC: a name that means UTC, or a sign and four digits up to 14:59.
+std::optional<int> takeZone(Scanner& scan) {
+    for (const std::string_view name : {"GMT", "UTC", "UT", "Z"}) {
+        if (scan.take(name)) return 0;
+    }
+    const bool isNegative = scan.take('-');
+    if (!isNegative) scan.require('+');
+    const int digits = scan.number(4, 4);
+    if (digits / 100 > 14 || digits % 100 > 59) return std::nullopt;
+    const int seconds = (digits / 100 * 60 + digits % 100) * 60;
+    return isNegative ? -seconds : seconds;
+}
+
+} // namespace
+
+std::optional<Parsed> parseUsualForm(std::string_view text, std::size_t count) {
+    Scanner scan(text);
+    const bool hasWeekday = !scan.nextIsDigit();
+    if (hasWeekday) {
+        scan.name(weekdays);
+        scan.require(',');
+        scan.requireBlanks();
+    }
+    const int day = scan.number(1, 2);
+    scan.requireBlanks();
+    const std::size_t month = scan.name(months);
+    scan.requireBlanks();
+    const int year = scan.number(4, 4);
+    scan.requireBlanks();
+    const int hour = scan.number(2, 2);
+    scan.require(':');
+    const int minute = scan.number(2, 2);
+    const bool hasSeconds = scan.take(':');
+    const int second = hasSeconds ? scan.number(2, 2) : 0;
+    scan.requireBlanks();
+    const std::optional<int> zone = takeZone(scan);
+    if (!zone || scan.failed() || !scan.atEnd()) return std::nullopt;
+    // Before 1583 calendars differ: the formatters know.
+    if (year < 1583 || hour > 23 || minute > 59 || second > 59) return std::nullopt;
+    const std::chrono::year_month_day date{std::chrono::year(year),
+                                           std::chrono::month(static_cast<unsigned>(month) + 1),
+                                           std::chrono::day(static_cast<unsigned>(day))};
+    if (!date.ok()) return std::nullopt;
+    const std::size_t pattern = (hasWeekday ? 0U : 1U) + (hasSeconds ? 0U : 2U);
+    if (pattern >= count) return std::nullopt;
+    const auto days = std::chrono::sys_days(date).time_since_epoch().count();
+    const std::int64_t clock = (hour * 60 + minute) * 60 + second;
+    return Parsed{static_cast<double>(static_cast<std::int64_t>(days) * 86'400 + clock - *zone), pattern};
+}
+
+std::optional<Parsed> parseWithFormatters(std::string_view text, std::size_t count) {
+    if (text.empty()) return std::nullopt;
+    // A formatter is never shared between threads: a parse changes it.
+    thread_local const std::array<Formatter, patterns.size()> formatters = makeFormatters();
+    const auto wide = icu::UnicodeString::fromUTF8({text.data(), static_cast<std::int32_t>(text.size())});
+    for (std::size_t index = 0; index < std::min(count, patterns.size()); ++index) {
+        if (formatters[index].fourDigitYear && !hasFourDigitYear(text, index)) continue;
+        icu::ParsePosition position;
+        const UDate instant = formatters[index].format->parse(wide, position);
+        if (position.getErrorIndex() < 0 && position.getIndex() == wide.length())
+            return Parsed{instant / 1'000, index};
+    }
+    return std::nullopt;
+}
+
+std::optional<Parsed> parse(std::string_view text, std::size_t count) {
+    if (const std::optional<Parsed> parsed = parseUsualForm(text, count)) return parsed;
+    // Every pattern begins with a letter or a digit and holds a digit: what does not, no formatter need see.
+    if (text.find_first_of("0123456789") == std::string_view::npos) return std::nullopt;
+    return parseWithFormatters(text, count);
+}
+
+} // namespace MailCore::DateParser

@@ -1,0 +1,13 @@
+#pragma once
+
+#include "MailCore/Platform/FileHandle.h"
+#include "MailCore/Sources/IndexEntry.h"
+
+namespace MailCore::MailReader {
+
+/// The message inside an EMLX range of an open file: a line with its length in bytes, then the message.
+/// Stricter than `emlx`: the count line holds digits and a sign, nothing else. Throws MailError::malformed
+/// when the line is missing from the first 30 bytes, or its number is below 1 or above what follows.
+MessageRange emlxRange(const FileHandle& handle, ByteOffset offset, std::int64_t length);
+
+} // namespace MailCore::MailReader

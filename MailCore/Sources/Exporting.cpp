@@ -1,0 +1,137 @@
+#include "MailCore/Model/MailError.h"
+#include "MailCore/Platform/Text.h"
+#include "MailCore/Sources/Emlx.h"
+#include "MailCore/Sources/MailReader.h"
+
+#include <algorithm>
+#include <cerrno>
+#include <cstdio>
+#include <fcntl.h>
+#include <filesystem>
+#include <sys/stat.h>
+#include <system_error>
+#include <unistd.h>
+
+namespace MailCore::MailReader {
+
+namespace {
+
+/// The path without "." and "..", symbolic links followed as far as it exists.
+std::string resolvedPath(const URL& url) {
+    const std::filesystem::path path(url.path());
+    std::error_code error;
+    const std::filesystem::path resolved = std::filesystem::weakly_canonical(path, error);
+    return error ? path.lexically_normal().string() : resolved.string();
+}
+
+std::optional<struct stat> statusOf(const std::string& path) {
+    struct stat status {};
+    if (::stat(path.c_str(), &status) != 0) return std::nullopt;
+    return status;
+}
+
+/// A file beside the destination that takes its place when it is complete, and disappears when it is not.
+class TemporaryFile {
+public:
+    explicit TemporaryFile(const std::filesystem::path& destination)
+        : path_(destination.parent_path() / (".TesselMail-" + UUID::random().text())),
+          handle_(::open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600)) {
+        if (!handle_.isOpen()) throw std::system_error(errno, std::generic_category(), "create");
+    }
+    TemporaryFile(const TemporaryFile&) = delete;
+    TemporaryFile& operator=(const TemporaryFile&) = delete;
+    ~TemporaryFile() {
+        if (!moved_) ::unlink(path_.c_str());
+    }
+
+    void write(ByteView bytes) const { handle_.writeAll(bytes); }
+
+    void replace(const std::filesystem::path& destination) {
+        handle_.close();
+        if (::rename(path_.c_str(), destination.c_str()) != 0)
+            throw std::system_error(errno, std::generic_category(), "rename");
+        moved_ = true;
+    }
+
+private:
+    std::filesystem::path path_;
+    FileHandle handle_;
+    bool moved_ = false;
+};
+
+/// Throws MailError::unsafeDestination when writing to `destination` would touch the source of `entry`.
+void protectSource(const URL& destination, const MessageEntry& entry, const FileRevision& source) {
+    if (resolvedPath(destination) == resolvedPath(entry.file)) throw MailError(MailError::unsafeDestination);
+    std::optional<FileRevision> existing;
+    try {
+        existing = FileRevision::capture(openSource(destination));
+    } catch (const MailError&) {
+        return; // nothing there that could be the source
+    }
+    if (existing->device == source.device && existing->inode == source.inode)
+        throw MailError(MailError::unsafeDestination);
+}
+
+MessageRange rangeToCopy(const FileHandle& handle, const MessageEntry& entry, const FileRevision& revision) {
+    MessageRange range{entry.offset, entry.length};
+    if (Text::lowered(entry.file.pathExtension()) == "emlx")
+        range = emlxRange(handle, entry.offset, entry.length);
+    const auto size = static_cast<ByteOffset>(revision.size);
+    if (range.offset > size || static_cast<ByteOffset>(range.length) > size - range.offset)
+        throw MailError(MailError::malformed);
+    return range;
+}
+
+void copy(const FileHandle& from, const MessageRange& range, const TemporaryFile& to, std::size_t step,
+          const Cancelled& cancelled) {
+    from.seek(range.offset);
+    Bytes buffer(step);
+    auto left = static_cast<std::size_t>(range.length);
+    while (left > 0) {
+        if (cancelled()) throw MailError(MailError::cancelled);
+        const std::size_t got = from.read(std::span(buffer).first(std::min(step, left)));
+        if (got == 0) throw MailError(MailError::malformed);
+        to.write(ByteView(buffer).first(got));
+        left -= got;
+    }
+}
+
+} // namespace
+
+void exportOriginal(const MessageEntry& entry, const URL& destination, const Cancelled& cancelled,
+                    std::int64_t chunkSize) {
+    if (entry.length < 0 || !isLocalFile(destination)) throw MailError(MailError::malformed);
+    const FileHandle handle = openSource(entry.file);
+    if (entry.revision) requireUnchanged(handle, *entry.revision);
+    const FileRevision revision = FileRevision::capture(handle);
+    protectSource(destination, entry, revision);
+    const MessageRange range = rangeToCopy(handle, entry, revision);
+    TemporaryFile temporary(destination.path());
+    const auto step = static_cast<std::size_t>(
+        std::clamp<std::int64_t>(chunkSize, 1, static_cast<std::int64_t>(readChunk)));
+    copy(handle, range, temporary, step, cancelled);
+    requireUnchanged(handle, revision);
+    protectSource(destination, entry, revision);
+    if (cancelled()) throw MailError(MailError::cancelled);
+    temporary.replace(destination.path());
+}
+
+void validateDestination(const URL& destination, std::span<const URL> protecting) {
+    if (!isLocalFile(destination)) throw MailError(MailError::malformed);
+    const std::string target = resolvedPath(destination);
+    const std::optional<struct stat> existing = statusOf(target);
+    if (existing && !S_ISREG(existing->st_mode)) throw MailError(MailError::unsafeDestination);
+    for (const URL& url : protecting) {
+        if (!url.isFile()) continue;
+        const std::string source = resolvedPath(url);
+        const std::optional<struct stat> status = statusOf(source);
+        if (!status) continue;
+        const bool isSource = source == target;
+        const bool isInside = S_ISDIR(status->st_mode) && target.starts_with(source + '/');
+        const bool isSameFile =
+            existing && existing->st_dev == status->st_dev && existing->st_ino == status->st_ino;
+        if (isSource || isInside || isSameFile) throw MailError(MailError::unsafeDestination);
+    }
+}
+
+} // namespace MailCore::MailReader

@@ -1,0 +1,88 @@
+#include "MailCore/Sources/MailReader.h"
+
+#include "MailCore/Model/MailError.h"
+#include "MailCore/Platform/Text.h"
+#include "MailCore/Sources/Emlx.h"
+#include "MailCore/Sources/HeaderBlock.h"
+#include "MailCore/Sources/IndexEntry.h"
+#include "MailCore/Sources/Maildir.h"
+#include "MailCore/Sources/Mbox.h"
+#include "MailCore/Sources/MemoryIndex.h"
+
+#include <algorithm>
+#include <sys/stat.h>
+
+namespace MailCore::MailReader {
+
+namespace {
+
+bool isArchive(std::string_view extension) {
+    return extension == "mbox" || extension == "mbx" || extension == "mbo";
+}
+
+bool isOutlook(std::string_view extension) {
+    return extension == "msg" || extension == "oft";
+}
+
+std::vector<Header> headerFields(const FileHandle& handle, const FileRevision& revision,
+                                 std::string_view extension, const Cancelled& cancelled) {
+    if (extension == "emlx") handle.seek(emlxRange(handle, 0, revision.size).offset);
+    ArchiveLines lines(handle, cancelled);
+    return headers(lines).fields;
+}
+
+MailCollection indexSingleMessage(const URL& url, std::string_view extension, const Cancelled& cancelled,
+                                  const Progress& progress, const IndexLimits& limits, const Batch& batch) {
+    const FileHandle handle = openSource(url);
+    const FileRevision revision = FileRevision::capture(handle);
+    if (revision.size < 1) throw MailError(MailError::malformed);
+    if (isOutlook(extension)) throw MailError(MailError::unsupported);
+    const std::vector<Header> fields = headerFields(handle, revision, extension, cancelled);
+    requireUnchanged(handle, revision);
+    if (fields.empty()) throw MailError(MailError::malformed);
+    MemoryIndex index(url, limits, progress, batch);
+    index.append(indexEntry(0, fields, {0, revision.size}, url, revision));
+    index.deliver();
+    return std::move(index).collection(Text::uppered(extension));
+}
+
+MailCollection indexFolder(const URL& url, const Cancelled& cancelled, const Progress& progress,
+                           const IndexLimits& limits, const Batch& batch) {
+    const URL archive = URL::file(url.path() + "/mbox");
+    struct stat status {};
+    if (::stat(archive.path().c_str(), &status) != 0)
+        return indexMaildir(url, cancelled, progress, limits, batch);
+    MailCollection collection = indexMbox(archive, cancelled, progress, limits, batch);
+    collection.url = url;
+    return collection;
+}
+
+} // namespace
+
+MailCollection collection(const URL& url, const Cancelled& cancelled, const Progress& progress,
+                          const IndexLimits& limits, const Batch& batch) {
+    if (cancelled()) throw MailError(MailError::cancelled);
+    if (!isLocalFile(url)) throw MailError(MailError::malformed);
+    struct stat status {};
+    if (::stat(url.path().c_str(), &status) != 0) throw MailError(MailError::malformed);
+    if (S_ISDIR(status.st_mode)) return indexFolder(url, cancelled, progress, limits, batch);
+    const std::string extension = Text::lowered(url.pathExtension());
+    if (isArchive(extension)) return indexMbox(url, cancelled, progress, limits, batch);
+    if (std::ranges::find(extensions, extension) == extensions.end()) throw MailError(MailError::unsupported);
+    return indexSingleMessage(url, extension, cancelled, progress, limits, batch);
+}
+
+bool isCurrent(const MailCollection& collection) {
+    if (collection.kind == "Maildir" || collection.isIndexing || collection.indexInterrupted ||
+        collection.indexLimitReached || collection.entries.empty())
+        return false;
+    const MessageEntry& first = *collection.entries.front();
+    if (!first.revision) return false;
+    try {
+        return FileRevision::capture(openSource(first.file)) == *first.revision;
+    } catch (const MailError&) {
+        return false;
+    }
+}
+
+} // namespace MailCore::MailReader

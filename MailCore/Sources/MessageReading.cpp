@@ -1,0 +1,40 @@
+#include "MailCore/MIME/MIME.h"
+#include "MailCore/Model/Limits.h"
+#include "MailCore/Model/MailError.h"
+#include "MailCore/Platform/Text.h"
+#include "MailCore/Sources/MailReader.h"
+
+namespace MailCore::MailReader {
+
+namespace {
+
+/// The bytes of the entry's range, from a file that is proven to be the one that was indexed.
+Bytes source(const MessageEntry& entry, const Cancelled& cancelled) {
+    if (entry.length > Limits::message) throw MailError(MailError::tooLarge);
+    const FileHandle handle = openSource(entry.file);
+    if (entry.revision) requireUnchanged(handle, *entry.revision);
+    handle.seek(entry.offset);
+    Bytes bytes = read(handle, entry.length, cancelled);
+    if (entry.revision) requireUnchanged(handle, *entry.revision);
+    return bytes;
+}
+
+} // namespace
+
+MailMessage message(const MessageEntry& entry, const Cancelled& cancelled) {
+    const Bytes data = source(entry, cancelled);
+    const std::string extension = Text::lowered(entry.file.pathExtension());
+    if (extension == "msg" || extension == "oft") throw MailError(MailError::unsupported);
+    MailMessage message = MIME::parse(emlx(data, extension), cancelled);
+    if (cancelled()) throw MailError(MailError::cancelled);
+    return message;
+}
+
+Bytes original(const MessageEntry& entry) {
+    Bytes data = source(entry, never);
+    const ByteView payload = emlx(data, Text::lowered(entry.file.pathExtension()));
+    if (payload.size() == data.size()) return data;
+    return copyOf(payload);
+}
+
+} // namespace MailCore::MailReader
