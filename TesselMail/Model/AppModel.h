@@ -1,0 +1,175 @@
+#pragma once
+
+#include "MailCore/Model/MailCollection.h"
+#include "MailCore/Model/MailMessage.h"
+#include "MailCore/Platform/UUID.h"
+#include "MailCore/Rendering/RenderedMail.h"
+#include "TesselMail/Model/ArchiveWork.h"
+#include "TesselMail/Model/Cancellation.h"
+#include "TesselMail/Model/Preferences.h"
+#include "TesselMail/Model/Published.h"
+#include "TesselMail/Model/ScopedMailFile.h"
+#include "TesselMail/Platform/FilePanels.h"
+#include "TesselMail/Platform/Task.h"
+
+#include <cstdint>
+#include <exception>
+#include <map>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace TesselMail {
+
+/// The state of the application: what is open, what is selected and what is shown. Views read its published
+/// fields and call its operations. Engine work goes through ArchiveWork; its tasks keep the model alive until
+/// they end. Interface thread only.
+class AppModel : public std::enable_shared_from_this<AppModel> {
+public:
+    using CollectionID = MailCore::UUID;
+    using EntryID = std::int64_t;
+    template <typename Value>
+    using Field = Published<Value, AppModel>;
+
+    /// Both outlive the model.
+    static std::shared_ptr<AppModel> create(Preferences& preferences, FilePanels& panels);
+    AppModel(const AppModel&) = delete;
+    AppModel& operator=(const AppModel&) = delete;
+    ~AppModel();
+
+    Preferences& preferences() noexcept { return preferences_; }
+
+private:
+    Changes changes_; // before the fields, which refer to it
+
+public:
+    Field<std::vector<MailCore::MailCollection>> collections{changes_}; // in opening order
+    Field<std::optional<CollectionID>> selectedCollection{changes_};
+    Field<std::optional<EntryID>> selectedEntry{changes_};
+    Field<std::shared_ptr<const MailCore::MailMessage>> message{changes_};   // on show
+    Field<std::shared_ptr<const MailCore::RenderedMail>> rendered{changes_}; // of it
+    Field<std::optional<std::string>> error{changes_};                       // a sentence for people
+    Field<bool> busy{changes_, false};                                       // an open run is in progress
+    Field<bool> reading{changes_, false};                                    // a message is being read
+    Field<std::size_t> progress{changes_, 0U}; // entries so far in the collection being indexed
+    Field<bool> newestFirst{changes_, true};
+    Field<ArchiveWork::SharedList> filteredEntries{changes_}; // never null
+    Field<bool> showDetails{changes_, false};                 // all headers rather than the summary
+    Field<MailCore::UUID> selectionVersion{changes_, MailCore::UUID::random()}; // of what is shown
+    Field<MailCore::UUID> readRequest{changes_, MailCore::UUID::random()};      // of every selection
+    Field<bool> readerFailed{changes_, false}; // the reading view could not show the message
+
+    // Opening and closing
+
+    /// Opens the first 20 distinct files and folders among `urls`; a run in progress is stopped.
+    void open(const std::vector<MailCore::URL>& urls);
+    /// Lets people choose what to open.
+    void chooseFiles();
+    void chooseFolder();
+    /// Stops the open run; what has arrived stays listed.
+    void cancel();
+    void selectCollection(std::optional<CollectionID> id);
+    void closeCollection(CollectionID id);
+    void closeAll();
+
+    /// The selected collection, or null.
+    const MailCore::MailCollection* active() const noexcept;
+    /// What the list shows: the selected collection's entries in order of display, or as they are stored
+    /// until they have been ordered.
+    ArchiveWork::SharedList entries() const;
+    void setNewestFirst(bool newestFirst);
+
+    // Selection and reading
+
+    /// Shows an entry of the selected collection, or nothing.
+    void select(std::optional<EntryID> id);
+    /// The selected entry, or null.
+    MailCore::SharedEntry entry() const;
+    /// Whether what is shown is the whole and current message of the selection.
+    bool currentMessageReady() const noexcept;
+    /// Whether the selected entry is larger than what is read.
+    bool selectionTooLarge() const;
+    void setShowDetails(bool show);
+    /// The reading view reports that it could not show the content tagged `identity`.
+    void readingViewFailed(std::optional<MailCore::UUID> identity, std::string explanation);
+    void dismissError();
+
+    /// Opens an attached message as a collection of its own, held in memory.
+    void previewAttachment(MailCore::UUID attachment);
+    void saveAttachment(MailCore::UUID attachment);
+    bool canExportOriginal() const;
+    void exportOriginal();
+
+    /// One sentence for any failure, in the interface's language.
+    std::string errorText(const std::exception_ptr& error) const;
+
+private:
+    enum class Search { restart, refresh };
+
+    AppModel(Preferences& preferences, FilePanels& panels);
+
+    struct Run;
+    static Task choose(std::shared_ptr<AppModel> self, OpenPanel::Kind kind);
+    static Task openAll(std::shared_ptr<AppModel> self, Run run);
+    static Task readEntry(std::shared_ptr<AppModel> self, CollectionID collection,
+                          MailCore::SharedEntry entry, MailFileScope scope, CancellationToken token);
+    static Task readAttachment(std::shared_ptr<AppModel> self,
+                               std::shared_ptr<const MailCore::MailAttachment> attachment);
+    static Task storeAttachment(std::shared_ptr<AppModel> self,
+                                std::shared_ptr<const MailCore::MailAttachment> attachment);
+    static Task storeOriginal(std::shared_ptr<AppModel> self, MailCore::SharedEntry entry,
+                              CollectionID collection);
+    static Task order(std::shared_ptr<AppModel> self, CollectionID collection, CancellationToken token);
+
+    std::shared_ptr<IndexDelivery> deliveryOf(std::shared_ptr<const MailCore::MailCollection> placeholder,
+                                              MailFileScope scope, CancellationToken token);
+    std::int64_t indexRoom(const MailCore::URL& opening) const;
+    void receiveBatch(MailCore::EntryList entries, const MailCore::MailCollection& placeholder,
+                      const MailFileScope& scope);
+    bool showsOther(CollectionID id, const MailCore::URL& url) const;
+    void finishIndexing(MailCore::MailCollection result, const MailFileScope& scope);
+    void interruptIndexing(std::optional<CollectionID> id);
+    void finishRun(const Run& run, const std::vector<std::string>& notices);
+    void presentCollection(std::optional<CollectionID> id, std::optional<EntryID> entry);
+    void removeCollections(const MailCore::URL& url);
+    void releaseUnusedScopes();
+    void scheduleSearch(Search kind);
+    void publishList(ArchiveWork::SharedList list);
+    void clearPresentation();
+    void show(ArchiveWork::ReadMessage content, CollectionID collection, EntryID entry);
+    void addAttachedMessage(const MailCore::MailAttachment& attachment, ArchiveWork::ReadMessage content);
+    std::shared_ptr<const MailCore::MailAttachment> shownAttachment(MailCore::UUID id) const;
+    void checkDestination(const MailCore::URL& destination) const;
+    void fail(const std::exception_ptr& error);
+
+    const MailCore::MailCollection* find(CollectionID id) const noexcept;
+    MailCore::MailCollection* edit(CollectionID id);
+    MailFileScope scopeOf(const MailCore::URL& url) const;
+
+    /// An attached message opened from memory.
+    struct MemoryMessage {
+        ArchiveWork::ReadMessage content;
+        std::shared_ptr<const MailCore::Bytes> original; // null when its producer had decoded it
+        MailCore::UUID attachment;
+    };
+
+    Preferences& preferences_;
+    FilePanels& panels_;
+
+    std::map<CollectionID, MemoryMessage> memoryMessages_;
+    std::map<CollectionID, EntryID> rememberedSelections_;
+    std::optional<CollectionID> orderedCollection_; // whose entries filteredEntries holds
+    std::optional<CollectionID> displayedCollection_;
+    std::optional<EntryID> displayedEntry_;
+    CancellationToken token_;       // of the open run
+    CancellationToken readToken_;   // of the read for the selection
+    CancellationToken searchToken_; // of the ordering under way
+    bool searchPending_ = false;
+    bool searchRefresh_ = false; // entries arrived while one was pending
+    std::map<MailCore::URL, MailFileScope> scopes_;
+    std::optional<CollectionID> openingID_;          // placeholder being indexed
+    std::optional<CollectionID> preferredOpeningID_; // placeholder that takes the selection
+};
+
+} // namespace TesselMail

@@ -1,0 +1,392 @@
+// How files and folders become collections, stay open and are closed.
+#include "TesselMail/Model/AppModel.h"
+
+#include "MailCore/Model/Limits.h"
+#include "MailCore/Platform/Text.h"
+#include "MailCore/Sources/MailReader.h"
+
+#include <glib.h>
+
+#include <algorithm>
+#include <numeric>
+#include <utility>
+
+namespace TesselMail {
+
+using MailCore::MailCollection;
+using MailCore::URL;
+
+namespace {
+
+constexpr std::size_t filesPerRequest = 20;
+
+std::vector<URL> distinctFiles(const std::vector<URL>& urls) {
+    std::vector<URL> files;
+    for (const URL& url : urls) {
+        if (files.size() == filesPerRequest) break;
+        if (url.isFile() && std::ranges::find(files, url) == files.end()) files.push_back(url);
+    }
+    return files;
+}
+
+// What the source is called until the engine has looked at it.
+std::string presumedKind(const URL& url) {
+    const std::string extension = MailCore::Text::lowered(url.pathExtension());
+    if (extension == "mbox" || extension == "mbx" || extension == "mbo") return "MBOX";
+    if (extension.empty() || g_file_test(url.path().c_str(), G_FILE_TEST_IS_DIR)) return "Maildir";
+    return MailCore::Text::uppered(extension);
+}
+
+// What a check for changes looks at, without the other 200,000 handles.
+MailCollection withFirstEntry(const MailCollection& collection) {
+    MailCollection result{.id = collection.id,
+                          .url = collection.url,
+                          .entries = {},
+                          .kind = collection.kind,
+                          .isIndexing = collection.isIndexing,
+                          .indexInterrupted = collection.indexInterrupted,
+                          .indexLimitReached = collection.indexLimitReached,
+                          .metadataBytes = collection.metadataBytes};
+    if (!collection.entries.empty()) result.entries.push_back(collection.entries.front());
+    return result;
+}
+
+std::string joined(const std::vector<std::string>& notices) {
+    std::string text;
+    for (const std::string& notice : notices) {
+        if (!text.empty()) text += "\n\n";
+        text += notice;
+    }
+    return text;
+}
+
+} // namespace
+
+// One request to open files, from its start to its end.
+struct AppModel::Run {
+    std::vector<MailFileScope> scopes;
+    CancellationToken token;
+};
+
+void AppModel::open(const std::vector<URL>& urls) {
+    const std::vector<URL> files = distinctFiles(urls);
+    if (files.empty()) return;
+
+    const Changing changing(changes_);
+    cancel();
+    token_ = std::make_shared<Cancellation>();
+    busy.set(true);
+    progress.set(0);
+    error.set(std::nullopt);
+
+    Run run{.scopes = {}, .token = token_};
+    for (const URL& url : files) {
+        MailFileScope scope = scopeOf(url);
+        if (!scope) scope = std::make_shared<const ScopedMailFile>(ScopedMailFile{url});
+        run.scopes.push_back(std::move(scope));
+    }
+    openAll(shared_from_this(), std::move(run));
+}
+
+Task AppModel::openAll(std::shared_ptr<AppModel> self, Run run) {
+    std::vector<std::string> notices;
+    for (const MailFileScope& scope : run.scopes) {
+        const bool first = scope == run.scopes.front();
+        if (run.token->isStopped()) break;
+
+        const auto opened = std::ranges::find(*self->collections, scope->url, &MailCollection::url);
+        if (opened != self->collections->end()) {
+            const auto snapshot = std::make_shared<const MailCollection>(withFirstEntry(*opened));
+            const bool current = co_await ArchiveWork::isCurrent(snapshot, scope, run.token);
+            if (run.token->isStopped()) break;
+            if (current) {
+                const Changing changing(self->changes_);
+                if (first) self->selectCollection(snapshot->id);
+                continue;
+            }
+        }
+
+        const std::int64_t room = self->indexRoom(scope->url);
+        if (room < 1) {
+            notices.push_back(self->preferences_.text(Texts::freeIndexMemory));
+            continue;
+        }
+
+        auto placeholder = std::make_shared<MailCollection>();
+        placeholder->url = scope->url;
+        placeholder->kind = presumedKind(scope->url);
+        placeholder->isIndexing = true;
+        self->openingID_ = placeholder->id;
+        if (first) self->preferredOpeningID_ = placeholder->id;
+
+        const auto delivery = self->deliveryOf(placeholder, scope, run.token);
+        const MailCore::IndexLimits limits(MailCore::Limits::messages, room);
+        std::exception_ptr failure;
+        std::optional<MailCollection> result;
+        try {
+            result = co_await ArchiveWork::index(scope, limits, run.token, delivery);
+        } catch (...) {
+            failure = std::current_exception();
+        }
+
+        const Changing changing(self->changes_);
+        delivery->flush();
+        if (run.token->isStopped()) break;
+        if (result) {
+            result->id = placeholder->id;
+            self->finishIndexing(std::move(*result), scope);
+        } else {
+            self->interruptIndexing(placeholder->id);
+            notices.push_back(scope->url.lastPathComponent() + ": " + self->errorText(failure));
+        }
+    }
+    self->finishRun(run, notices);
+}
+
+std::shared_ptr<IndexDelivery> AppModel::deliveryOf(std::shared_ptr<const MailCollection> placeholder,
+                                                    MailFileScope scope, CancellationToken token) {
+    return IndexDelivery::create([weak = weak_from_this(), placeholder = std::move(placeholder),
+                                  scope = std::move(scope),
+                                  token = std::move(token)](MailCore::EntryList entries) {
+        const auto self = weak.lock();
+        if (self && self->token_ == token && !token->isStopped())
+            self->receiveBatch(std::move(entries), *placeholder, scope);
+    });
+}
+
+std::int64_t AppModel::indexRoom(const URL& opening) const {
+    std::int64_t room = MailCore::Limits::indexBytes;
+    for (const MailCollection& collection : *collections)
+        if (!(collection.url == opening)) room -= collection.metadataBytes;
+    return room;
+}
+
+void AppModel::receiveBatch(MailCore::EntryList entries, const MailCollection& placeholder,
+                            const MailFileScope& scope) {
+    const Changing changing(changes_);
+    const bool staleShown = showsOther(placeholder.id, placeholder.url);
+    // A placeholder that was listed and is gone has been closed, which stopped the run: no batch gets here.
+    if (!find(placeholder.id)) {
+        removeCollections(placeholder.url);
+        collections.edit().push_back(placeholder);
+        scopes_[scope->url] = scope;
+    }
+
+    MailCollection& collection = *edit(placeholder.id);
+    const MailCore::SharedEntry first = entries.empty() ? nullptr : entries.front();
+    for (MailCore::SharedEntry& entry : entries) {
+        collection.metadataBytes += entry->metadataBytes();
+        collection.entries.push_back(std::move(entry));
+    }
+    progress.set(collection.entries.size());
+
+    if (staleShown || preferredOpeningID_ == placeholder.id)
+        presentCollection(placeholder.id, first ? std::optional(first->id) : std::nullopt);
+    else if (*selectedCollection == placeholder.id)
+        scheduleSearch(Search::refresh);
+}
+
+// Whether the selected collection is another, older copy of the same source.
+bool AppModel::showsOther(CollectionID id, const URL& url) const {
+    const MailCollection* const shown = active();
+    return shown && shown->id != id && shown->url == url;
+}
+
+void AppModel::finishIndexing(MailCollection result, const MailFileScope& scope) {
+    const CollectionID id = result.id;
+    const auto first = result.entries.empty() ? std::nullopt : std::optional(result.entries.front()->id);
+    const bool staleShown = showsOther(id, result.url);
+    if (MailCollection* const listed = edit(id)) {
+        listed->isIndexing = false;
+        listed->kind = std::move(result.kind);
+        listed->indexLimitReached = result.indexLimitReached;
+    } else {
+        removeCollections(result.url);
+        result.isIndexing = false;
+        collections.edit().push_back(std::move(result));
+        scopes_[scope->url] = scope;
+    }
+    if (*selectedCollection == id) scheduleSearch(Search::refresh);
+    if (staleShown || preferredOpeningID_ == id) presentCollection(id, first);
+}
+
+void AppModel::interruptIndexing(std::optional<CollectionID> id) {
+    MailCollection* const collection = id ? edit(*id) : nullptr;
+    if (!collection) return;
+    collection->isIndexing = false;
+    collection->indexInterrupted = true;
+}
+
+void AppModel::finishRun(const Run& run, const std::vector<std::string>& notices) {
+    if (token_ != run.token) return;
+    const Changing changing(changes_);
+    busy.set(false);
+    openingID_.reset();
+    preferredOpeningID_.reset();
+    releaseUnusedScopes();
+    if (!run.token->isStopped() && !notices.empty()) error.set(joined(notices));
+}
+
+void AppModel::cancel() {
+    const Changing changing(changes_);
+    if (token_) token_->stop();
+    interruptIndexing(openingID_);
+    preferredOpeningID_.reset();
+    openingID_.reset();
+    busy.set(false);
+}
+
+void AppModel::chooseFiles() {
+    choose(shared_from_this(), OpenPanel::Kind::files);
+}
+
+void AppModel::chooseFolder() {
+    choose(shared_from_this(), OpenPanel::Kind::folder);
+}
+
+Task AppModel::choose(std::shared_ptr<AppModel> self, OpenPanel::Kind kind) {
+    const Preferences& preferences = self->preferences_;
+    OpenPanel panel{
+        .kind = kind,
+        .title = preferences.text(Texts::openTitle),
+        .accept = preferences.text(Texts::openPrompt),
+        .cancel = preferences.text(Texts::cancel),
+        .filterName = preferences.text(Texts::mailFiles),
+        .extensions = {MailCore::MailReader::extensions.begin(), MailCore::MailReader::extensions.end()}};
+    std::vector<URL> chosen = co_await self->panels_.open(std::move(panel));
+    self->open(chosen);
+}
+
+void AppModel::selectCollection(std::optional<CollectionID> id) {
+    const Changing changing(changes_);
+    std::optional<EntryID> wanted;
+    if (const MailCollection* const collection = id ? find(*id) : nullptr) {
+        if (const auto remembered = rememberedSelections_.find(*id);
+            remembered != rememberedSelections_.end())
+            wanted = remembered->second;
+        else if (!collection->entries.empty())
+            wanted = collection->entries.front()->id;
+    }
+    presentCollection(id, wanted);
+}
+
+// Makes a collection current; the one the open run would have shown no longer takes the selection.
+void AppModel::presentCollection(std::optional<CollectionID> id, std::optional<EntryID> entry) {
+    preferredOpeningID_.reset();
+    selectedCollection.set(id);
+    scheduleSearch(Search::restart);
+    select(entry);
+}
+
+void AppModel::closeCollection(CollectionID id) {
+    const MailCollection* const closing = find(id);
+    if (!closing) return;
+    const Changing changing(changes_);
+    if (openingID_ == id) cancel();
+    const auto position = closing - collections->data();
+    const bool wasSelected = *selectedCollection == id;
+    auto& open = collections.edit();
+    MailCollection closed = std::move(open[static_cast<std::size_t>(position)]);
+    open.erase(open.begin() + position);
+    rememberedSelections_.erase(id);
+    memoryMessages_.erase(id);
+    if (wasSelected) {
+        const auto last = static_cast<std::ptrdiff_t>(open.size()) - 1;
+        selectCollection(last < 0
+                             ? std::nullopt
+                             : std::optional(open[static_cast<std::size_t>(std::min(position, last))].id));
+    }
+    ArchiveWork::release(std::make_shared<const MailCore::EntryList>(std::move(closed.entries)));
+    releaseUnusedScopes();
+}
+
+void AppModel::closeAll() {
+    const Changing changing(changes_);
+    cancel();
+    reading.set(false);
+    error.set(std::nullopt);
+    progress.set(0);
+    if (readToken_) readToken_->stop();
+    collections.edit().clear();
+    selectedCollection.set(std::nullopt);
+    selectedEntry.set(std::nullopt);
+    clearPresentation();
+    scheduleSearch(Search::restart);
+    scopes_.clear();
+    rememberedSelections_.clear();
+    memoryMessages_.clear();
+}
+
+void AppModel::removeCollections(const URL& url) {
+    std::erase_if(collections.edit(), [&url](const MailCollection& open) { return open.url == url; });
+}
+
+void AppModel::releaseUnusedScopes() {
+    const auto isOpen = [this](const URL& url) {
+        return std::ranges::find(*collections, url, &MailCollection::url) != collections->end();
+    };
+    std::erase_if(scopes_, [&](const auto& scope) { return !isOpen(scope.first); });
+    std::erase_if(rememberedSelections_, [this](const auto& selection) { return !find(selection.first); });
+}
+
+ArchiveWork::SharedList AppModel::entries() const {
+    if (orderedCollection_ == *selectedCollection) return *filteredEntries;
+    const MailCollection* const collection = active();
+    return collection ? std::make_shared<const MailCore::EntryList>(collection->entries)
+                      : std::make_shared<const MailCore::EntryList>();
+}
+
+void AppModel::setNewestFirst(bool first) {
+    const Changing changing(changes_);
+    if (*newestFirst == first) return;
+    newestFirst.set(first);
+    scheduleSearch(Search::restart);
+}
+
+void AppModel::scheduleSearch(Search kind) {
+    if (kind == Search::refresh && searchPending_) {
+        searchRefresh_ = true;
+        return;
+    }
+    if (searchToken_) searchToken_->stop();
+    searchPending_ = false;
+    searchRefresh_ = false;
+    if (!*selectedCollection) {
+        orderedCollection_.reset();
+        publishList(std::make_shared<const MailCore::EntryList>());
+        return;
+    }
+    searchToken_ = std::make_shared<Cancellation>();
+    searchPending_ = true;
+    order(shared_from_this(), **selectedCollection, searchToken_);
+}
+
+Task AppModel::order(std::shared_ptr<AppModel> self, CollectionID collection, CancellationToken token) {
+    const MailCollection* const ordering = self->find(collection);
+    MailCore::EntryList snapshot = ordering ? ordering->entries : MailCore::EntryList();
+    std::exception_ptr failure;
+    ArchiveWork::SharedList result;
+    try {
+        result = co_await ArchiveWork::ordered(std::move(snapshot), *self->newestFirst, token);
+    } catch (...) {
+        failure = std::current_exception();
+    }
+    if (token->isStopped()) co_return;
+    const Changing changing(self->changes_);
+    self->searchPending_ = false;
+    if (failure) {
+        self->fail(failure);
+    } else if (self->selectedCollection.get() == collection) {
+        self->orderedCollection_ = collection;
+        self->publishList(std::move(result));
+        if (self->searchRefresh_) self->scheduleSearch(Search::refresh);
+    }
+}
+
+// The list shown so far is let go of elsewhere, once no view shows it any more.
+void AppModel::publishList(ArchiveWork::SharedList list) {
+    ArchiveWork::SharedList former = std::exchange(filteredEntries.edit(), std::move(list));
+    if (former && !former->empty()) ArchiveWork::release(std::move(former));
+}
+
+} // namespace TesselMail

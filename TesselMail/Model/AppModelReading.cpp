@@ -1,0 +1,265 @@
+// How one message is selected, read and shown, and what of it can be written out.
+#include "TesselMail/Model/AppModel.h"
+
+#include "MailCore/Dates/MailDate.h"
+#include "MailCore/Model/Limits.h"
+#include "MailCore/Model/MailError.h"
+#include "MailCore/Model/SafeFilename.h"
+#include "MailCore/Platform/Text.h"
+#include "MailCore/Sources/MailReader.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace TesselMail {
+
+using MailCore::MailAttachment;
+using MailCore::MailCollection;
+using MailCore::MailError;
+using MailCore::SharedEntry;
+using MailCore::URL;
+
+namespace {
+
+constexpr std::size_t memoryCollections = 20;
+
+std::string proposedName(const MailCore::MessageEntry& entry) {
+    const std::string extension = MailCore::Text::lowered(entry.file.pathExtension());
+    if (extension == "msg" || extension == "oft") return entry.file.lastPathComponent();
+    return MailCore::safeFilename(entry.subject.empty() ? "Message" : entry.subject.view()) + ".eml";
+}
+
+SavePanel savePanel(const Preferences& preferences, const Text& title, std::string name) {
+    return {.name = std::move(name),
+            .title = preferences.text(title),
+            .accept = preferences.text(Texts::save),
+            .cancel = preferences.text(Texts::cancel)};
+}
+
+} // namespace
+
+SharedEntry AppModel::entry() const {
+    const MailCollection* const collection = active();
+    if (!collection || !*selectedEntry || **selectedEntry < 0) return nullptr;
+    const auto position = static_cast<std::size_t>(**selectedEntry);
+    if (position >= collection->entries.size()) return nullptr;
+    const SharedEntry& found = collection->entries[position];
+    return found->id == **selectedEntry ? found : nullptr;
+}
+
+bool AppModel::currentMessageReady() const noexcept {
+    return !*reading && !*readerFailed && *message && displayedCollection_ == *selectedCollection &&
+           displayedEntry_ == *selectedEntry;
+}
+
+bool AppModel::selectionTooLarge() const {
+    const SharedEntry selected = entry();
+    return selected && selected->length > MailCore::Limits::message;
+}
+
+void AppModel::select(std::optional<EntryID> id) {
+    const Changing changing(changes_);
+    if (id == *selectedEntry && currentMessageReady() && !*error) return;
+
+    if (readToken_) readToken_->stop();
+    selectedEntry.set(id);
+    if (*selectedCollection && id) rememberedSelections_[**selectedCollection] = *id;
+    readRequest.set(MailCore::UUID::random());
+
+    const SharedEntry selected = entry();
+    if (!selected || selected->length > MailCore::Limits::message) {
+        clearPresentation();
+        reading.set(false);
+        return;
+    }
+    const CollectionID collection = **selectedCollection;
+    if (const auto memory = memoryMessages_.find(collection); memory != memoryMessages_.end()) {
+        show(memory->second.content, collection, selected->id);
+        return;
+    }
+    readToken_ = std::make_shared<Cancellation>();
+    reading.set(true);
+    readEntry(shared_from_this(), collection, selected, scopeOf(active()->url), readToken_);
+}
+
+Task AppModel::readEntry(std::shared_ptr<AppModel> self, CollectionID collection, SharedEntry entry,
+                         MailFileScope scope, CancellationToken token) {
+    std::exception_ptr failure;
+    ArchiveWork::ReadMessage content;
+    try {
+        content = co_await ArchiveWork::read(entry, scope, token);
+    } catch (...) {
+        failure = std::current_exception();
+    }
+    if (token->isStopped()) co_return;
+    const Changing changing(self->changes_);
+    if (!failure) {
+        self->show(std::move(content), collection, entry->id);
+        co_return;
+    }
+    self->clearPresentation();
+    self->reading.set(false);
+    self->fail(failure);
+}
+
+void AppModel::show(ArchiveWork::ReadMessage content, CollectionID collection, EntryID entry) {
+    readerFailed.set(false);
+    message.set(std::move(content.message));
+    rendered.set(std::move(content.rendered));
+    displayedCollection_ = collection;
+    displayedEntry_ = entry;
+    selectionVersion.set(MailCore::UUID::random());
+    showDetails.set(false);
+    reading.set(false);
+}
+
+void AppModel::clearPresentation() {
+    readerFailed.set(false);
+    message.set(nullptr);
+    rendered.set(nullptr);
+    displayedCollection_.reset();
+    displayedEntry_.reset();
+    showDetails.set(false);
+    selectionVersion.set(MailCore::UUID::random());
+}
+
+void AppModel::setShowDetails(bool show) {
+    const Changing changing(changes_);
+    showDetails.set(show);
+}
+
+void AppModel::readingViewFailed(std::optional<MailCore::UUID> identity, std::string explanation) {
+    if (identity != *selectionVersion || !*message || *reading) return;
+    const Changing changing(changes_);
+    readerFailed.set(true);
+    error.set(std::move(explanation));
+}
+
+std::shared_ptr<const MailAttachment> AppModel::shownAttachment(MailCore::UUID id) const {
+    if (!currentMessageReady()) return nullptr;
+    const auto found = std::ranges::find((*message)->attachments, id, &MailAttachment::id);
+    if (found == (*message)->attachments.end() || !found->available) return nullptr;
+    return {*message, &*found}; // lives as long as its message
+}
+
+void AppModel::previewAttachment(MailCore::UUID id) {
+    const auto attachment = shownAttachment(id);
+    if (!attachment || !attachment->canPreview()) return;
+    const Changing changing(changes_);
+    for (const auto& [collection, memory] : memoryMessages_)
+        if (memory.attachment == id) return selectCollection(collection);
+    if (memoryMessages_.size() >= memoryCollections)
+        return fail(std::make_exception_ptr(MailError(MailError::tooMany)));
+    readAttachment(shared_from_this(), attachment);
+}
+
+Task AppModel::readAttachment(std::shared_ptr<AppModel> self,
+                              std::shared_ptr<const MailAttachment> attachment) {
+    const MailCore::UUID version = *self->selectionVersion;
+    std::exception_ptr failure;
+    ArchiveWork::ReadMessage content;
+    try {
+        content = co_await ArchiveWork::attachment(attachment, std::make_shared<Cancellation>());
+    } catch (...) {
+        failure = std::current_exception();
+    }
+    const Changing changing(self->changes_);
+    if (failure)
+        self->fail(failure);
+    else if (self->currentMessageReady() && *self->selectionVersion == version)
+        self->addAttachedMessage(*attachment, std::move(content));
+}
+
+void AppModel::addAttachedMessage(const MailAttachment& attachment, ArchiveWork::ReadMessage content) {
+    const MailCore::MailMessage& decoded = *content.message;
+    const auto base = URL::parse("tessel-mail-message://" + MailCore::UUID::random().text() + "/");
+    if (!base) return;
+    const URL url = base->appending(MailCore::safeFilename(attachment.name));
+
+    MailCore::MessageEntry entry{.id = 0,
+                                 .subject = decoded.subject,
+                                 .from = decoded.from,
+                                 .date = decoded.date,
+                                 .length = static_cast<std::int64_t>(attachment.bytes.size()),
+                                 .file = url,
+                                 .recipients = decoded.to + " " + decoded.cc,
+                                 .timestamp = MailCore::MailDate::timestamp(decoded.date)};
+    MailCollection collection;
+    collection.url = url;
+    collection.kind = "Message";
+    collection.entries.push_back(std::make_shared<const MailCore::MessageEntry>(std::move(entry)));
+
+    MemoryMessage memory{.content = std::move(content), .original = nullptr, .attachment = attachment.id};
+    if (attachment.embedded.empty())
+        memory.original = std::make_shared<const MailCore::Bytes>(attachment.bytes);
+    const CollectionID id = collection.id;
+    memoryMessages_.emplace(id, std::move(memory));
+    collections.edit().push_back(std::move(collection));
+    selectCollection(id);
+}
+
+void AppModel::saveAttachment(MailCore::UUID id) {
+    const auto attachment = shownAttachment(id);
+    if (attachment && attachment->embedded.empty()) storeAttachment(shared_from_this(), attachment);
+}
+
+Task AppModel::storeAttachment(std::shared_ptr<AppModel> self,
+                               std::shared_ptr<const MailAttachment> attachment) {
+    SavePanel panel =
+        savePanel(self->preferences_, Texts::saveAttachment, MailCore::safeFilename(attachment->name));
+    const std::optional<URL> destination = co_await self->panels_.save(std::move(panel));
+    if (!destination) co_return;
+    const std::shared_ptr<const MailCore::Bytes> bytes(attachment, &attachment->bytes);
+    std::exception_ptr failure;
+    try {
+        self->checkDestination(*destination);
+        co_await ArchiveWork::write(bytes, *destination);
+    } catch (...) {
+        failure = std::current_exception();
+    }
+    const Changing changing(self->changes_);
+    if (failure) self->fail(failure);
+}
+
+bool AppModel::canExportOriginal() const {
+    if (!*selectedCollection || !entry()) return false;
+    const auto memory = memoryMessages_.find(**selectedCollection);
+    return memory == memoryMessages_.end() || memory->second.original;
+}
+
+void AppModel::exportOriginal() {
+    if (*reading || !canExportOriginal()) return;
+    storeOriginal(shared_from_this(), entry(), **selectedCollection);
+}
+
+Task AppModel::storeOriginal(std::shared_ptr<AppModel> self, SharedEntry entry, CollectionID collection) {
+    // What is to be written is settled before the panel opens; the collection may be closed meanwhile.
+    const auto memory = self->memoryMessages_.find(collection);
+    const auto original = memory == self->memoryMessages_.end() ? nullptr : memory->second.original;
+    const MailFileScope scope = self->scopeOf(self->find(collection)->url);
+
+    SavePanel panel = savePanel(self->preferences_, Texts::exportOriginal, proposedName(*entry));
+    const std::optional<URL> destination = co_await self->panels_.save(std::move(panel));
+    if (!destination) co_return;
+    const auto token = std::make_shared<Cancellation>();
+    std::exception_ptr failure;
+    try {
+        self->checkDestination(*destination);
+        if (original)
+            co_await ArchiveWork::write(original, *destination);
+        else
+            co_await ArchiveWork::exportOriginal(entry, *destination, scope, token);
+    } catch (...) {
+        failure = std::current_exception();
+    }
+    const Changing changing(self->changes_);
+    if (failure) self->fail(failure);
+}
+
+void AppModel::checkDestination(const URL& destination) const {
+    std::vector<URL> open;
+    for (const MailCollection& collection : *collections) open.push_back(collection.url);
+    MailCore::MailReader::validateDestination(destination, open);
+}
+
+} // namespace TesselMail

@@ -1,0 +1,183 @@
+#include "TesselMail/Model/ArchiveWork.h"
+
+#include "MailCore/MIME/MIME.h"
+#include "MailCore/Model/MailError.h"
+#include "MailCore/Platform/Text.h"
+#include "MailCore/Rendering/SafeHTML.h"
+#include "MailCore/Sources/MailReader.h"
+#include "TesselMail/Model/ApplicationID.h"
+#include "TesselMail/Model/EntryOrder.h"
+#include "TesselMail/Platform/InterfaceThread.h"
+#include "TesselMail/Platform/SerialQueue.h"
+
+#include <glib.h>
+
+#include <optional>
+#include <string>
+#include <system_error>
+#include <utility>
+
+namespace TesselMail::ArchiveWork {
+namespace {
+
+using MailCore::MailError;
+
+constexpr std::int64_t exportChunk = 131'072;
+
+// The queues, each made when it is first used.
+class Queues {
+public:
+    SerialQueue& indexing() { return queue(indexing_, ".index"); }
+    SerialQueue& reading() { return queue(reading_, ".read"); }
+    SerialQueue& searching() { return queue(searching_, ".search"); }
+
+    void finish() {
+        indexing_.reset();
+        reading_.reset();
+        searching_.reset();
+    }
+
+private:
+    static SerialQueue& queue(std::optional<SerialQueue>& place, const char* name) {
+        if (!place) place.emplace(std::string(applicationID) + name);
+        return *place;
+    }
+
+    std::optional<SerialQueue> indexing_;
+    std::optional<SerialQueue> reading_;
+    std::optional<SerialQueue> searching_;
+};
+
+Queues& queues() {
+    static Queues instance;
+    return instance;
+}
+
+// Runs `work` on `queue` and resumes who awaits the result. What `work` holds is released on the interface
+// thread, before the waiting task goes on.
+template <typename Value, typename Work>
+Later<Value> on(SerialQueue& queue, Work work) {
+    return Later<Value>([&queue, work = std::make_shared<Work>(std::move(work))](auto finish) {
+        queue.submit([work, finish = std::move(finish)]() mutable {
+            auto outcome = std::make_shared<Outcome<Value>>(Outcome<Value>::of(*work));
+            InterfaceThread::post(
+                [work = std::move(work), finish = std::move(finish), outcome = std::move(outcome)]() mutable {
+                    work.reset();
+                    finish(std::move(*outcome));
+                });
+        });
+    });
+}
+
+void check(const CancellationToken& token) {
+    if (token->isStopped()) throw MailError(MailError::cancelled);
+}
+
+ReadMessage readable(MailCore::MailMessage message) {
+    auto shared = std::make_shared<const MailCore::MailMessage>(std::move(message));
+    auto rendered = std::make_shared<const MailCore::RenderedMail>(MailCore::SafeHTML::render(*shared));
+    return {std::move(shared), std::move(rendered)};
+}
+
+bool isOutlook(const MailCore::MailAttachment& attachment) {
+    const std::string extension = MailCore::Text::lowered(MailCore::pathExtension(attachment.name));
+    return MailCore::Text::lowered(attachment.type) == "application/vnd.ms-outlook" || extension == "msg" ||
+           extension == "oft";
+}
+
+MailCore::MailMessage attachedMessage(const MailCore::MailAttachment& attachment,
+                                      const CancellationToken& token) {
+    if (!attachment.embedded.empty()) return attachment.embedded.front();
+    if (isOutlook(attachment)) throw MailError(MailError::unsupported);
+    return MailCore::MIME::parse(attachment.bytes, cancelledBy(token));
+}
+
+void writeFile(const MailCore::Bytes& bytes, const MailCore::URL& destination) {
+    GError* error = nullptr;
+    const std::string_view chars = MailCore::charsOf(bytes);
+    if (g_file_set_contents_full(destination.path().c_str(), chars.data(), static_cast<gssize>(chars.size()),
+                                 G_FILE_SET_CONTENTS_CONSISTENT, 0666, &error))
+        return;
+    const std::string reason = error->message;
+    g_error_free(error);
+    throw std::system_error(std::make_error_code(std::errc::io_error), reason);
+}
+
+} // namespace
+
+Later<MailCore::MailCollection> index(MailFileScope scope, MailCore::IndexLimits limits,
+                                      CancellationToken token, std::shared_ptr<IndexDelivery> delivery) {
+    return on<MailCore::MailCollection>(queues().indexing(), [=] {
+        return MailCore::MailReader::collection(
+            scope->url, cancelledBy(token), [](std::size_t) {}, limits,
+            [&delivery](std::span<const MailCore::SharedEntry> batch) { delivery->push(batch); });
+    });
+}
+
+Later<bool> isCurrent(std::shared_ptr<const MailCore::MailCollection> collection, MailFileScope scope,
+                      CancellationToken token) {
+    return on<bool>(queues().indexing(), [collection, scope, token] {
+        return !token->isStopped() && MailCore::MailReader::isCurrent(*collection);
+    });
+}
+
+Later<ReadMessage> read(MailCore::SharedEntry entry, MailFileScope scope, CancellationToken token) {
+    return on<ReadMessage>(queues().reading(), [entry, scope, token] {
+        check(token);
+        auto message = MailCore::MailReader::message(*entry, cancelledBy(token));
+        check(token);
+        auto result = readable(std::move(message));
+        check(token);
+        return result;
+    });
+}
+
+Later<ReadMessage> attachment(std::shared_ptr<const MailCore::MailAttachment> attachment,
+                              CancellationToken token) {
+    return on<ReadMessage>(queues().reading(), [attachment, token] {
+        check(token);
+        auto result = readable(attachedMessage(*attachment, token));
+        check(token);
+        return result;
+    });
+}
+
+Later<Done> exportOriginal(MailCore::SharedEntry entry, MailCore::URL destination, MailFileScope scope,
+                           CancellationToken token) {
+    return on<Done>(queues().reading(), [entry, destination, scope, token] {
+        MailCore::MailReader::exportOriginal(*entry, destination, cancelledBy(token), exportChunk);
+        return Done();
+    });
+}
+
+Later<Done> write(std::shared_ptr<const MailCore::Bytes> bytes, MailCore::URL destination) {
+    return on<Done>(queues().reading(), [bytes, destination] {
+        writeFile(*bytes, destination);
+        return Done();
+    });
+}
+
+Later<SharedList> ordered(MailCore::EntryList entries, bool newestFirst, CancellationToken token) {
+    // The list is handed on, not copied: the work runs once.
+    const auto input = std::make_shared<MailCore::EntryList>(std::move(entries));
+    return on<SharedList>(queues().searching(), [input, newestFirst, token]() -> SharedList {
+        check(token);
+        auto result =
+            std::make_shared<const MailCore::EntryList>(orderedEntries(std::move(*input), newestFirst));
+        check(token);
+        return result;
+    });
+}
+
+void release(SharedList list) {
+    // By way of the interface thread: its views, which hear of the change in this very turn, let go first.
+    InterfaceThread::post([list = std::move(list)]() mutable {
+        queues().searching().submit([list = std::move(list)]() mutable { list.reset(); });
+    });
+}
+
+void finish() {
+    queues().finish();
+}
+
+} // namespace TesselMail::ArchiveWork

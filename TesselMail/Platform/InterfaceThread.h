@@ -1,0 +1,16 @@
+#pragma once
+
+#include <chrono>
+#include <functional>
+
+/// The thread that runs the default GLib main context and owns all application state.
+namespace TesselMail::InterfaceThread {
+
+/// Runs `work` on the interface thread, after what was posted before it and never from inside this call.
+/// Any thread may post. `work` must not throw.
+void post(std::function<void()> work);
+
+/// Runs `work` on the interface thread once `delay` has passed. Called on the interface thread.
+void postAfter(std::chrono::milliseconds delay, std::function<void()> work);
+
+} // namespace TesselMail::InterfaceThread

@@ -1,0 +1,91 @@
+#pragma once
+
+#include <coroutine>
+#include <exception>
+#include <functional>
+#include <memory>
+#include <utility>
+#include <variant>
+
+namespace TesselMail {
+
+/// A coroutine of the interface thread. It starts at once, goes on whenever what it awaits has come, and
+/// frees itself when it ends. It handles its own errors: one that escapes ends the program. Write it as a
+/// named function that takes its parameters by value, never as a capturing lambda.
+struct Task {
+    struct promise_type {
+        Task get_return_object() const noexcept { return {}; }
+        std::suspend_never initial_suspend() const noexcept { return {}; }
+        std::suspend_never final_suspend() const noexcept { return {}; }
+        void return_void() const noexcept {}
+        void unhandled_exception() const noexcept { std::terminate(); }
+    };
+};
+
+/// The result of an operation that has nothing to tell but that it is done.
+using Done = std::monostate;
+
+/// What an operation ended with: a value or an error.
+template <typename Value>
+class Outcome {
+public:
+    Outcome(Value value) : content_(std::in_place_index<0>, std::move(value)) {}
+    Outcome(std::exception_ptr error) : content_(std::in_place_index<1>, std::move(error)) {}
+
+    /// What `work` returns or throws.
+    template <typename Work>
+    static Outcome of(const Work& work) {
+        try {
+            return Outcome(work());
+        } catch (...) {
+            return Outcome(std::current_exception());
+        }
+    }
+
+    /// The value; throws the error when there is one.
+    Value take() && {
+        if (const auto* const error = std::get_if<1>(&content_)) std::rethrow_exception(*error);
+        return std::get<0>(std::move(content_));
+    }
+
+private:
+    std::variant<Value, std::exception_ptr> content_;
+};
+
+/// A result that a Task can await: `co_await` starts the operation and gives its value or throws its error.
+/// The operation must call its `Finish` on the interface thread and not before it has returned. If it lets go
+/// of every copy without a call, the waiting task ends there and what it holds is released.
+template <typename Value>
+class Later {
+public:
+    using Finish = std::function<void(Outcome<Value>)>;
+
+    explicit Later(std::function<void(Finish)> begin) : begin_(std::move(begin)) {}
+
+    bool await_ready() const noexcept { return false; }
+    void await_suspend(std::coroutine_handle<> waiting) {
+        auto suspended = std::make_shared<Suspended>(waiting);
+        auto begin = std::move(begin_);
+        begin([this, suspended = std::move(suspended)](Outcome<Value> outcome) {
+            outcome_ = std::make_unique<Outcome<Value>>(std::move(outcome));
+            std::exchange(suspended->handle, nullptr).resume();
+        });
+    }
+    Value await_resume() { return std::move(*outcome_).take(); }
+
+private:
+    struct Suspended {
+        explicit Suspended(std::coroutine_handle<> waiting) noexcept : handle(waiting) {}
+        Suspended(const Suspended&) = delete;
+        Suspended& operator=(const Suspended&) = delete;
+        ~Suspended() {
+            if (handle) handle.destroy();
+        }
+        std::coroutine_handle<> handle;
+    };
+
+    std::function<void(Finish)> begin_;
+    std::unique_ptr<Outcome<Value>> outcome_;
+};
+
+} // namespace TesselMail
