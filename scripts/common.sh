@@ -1,0 +1,40 @@
+# Shared by the scripts of this folder: finding the project, saying what happens, installing what is missing.
+
+set -euo pipefail
+cd "$(dirname "${BASH_SOURCE[0]}")/.."
+
+say() { printf '\033[1m==>\033[0m %s\n' "$*"; }
+
+buildPackages=(g++ cmake ninja-build pkg-config libicu-dev libglib2.0-dev libpng-dev libjpeg-dev libgif-dev libfmt-dev)
+applicationPackages=(libgtkmm-4.0-dev libadwaita-1-dev libwebkitgtk-6.0-dev adwaita-icon-theme bubblewrap
+    xdg-dbus-proxy dbus fonts-dejavu-core fonts-noto-cjk)
+displayPackages=(xvfb xauth imagemagick)
+testPackages=(libgtest-dev libgmock-dev nlohmann-json3-dev)
+benchmarkPackages=(libbenchmark-dev libgmime-3.0-dev nlohmann-json3-dev python3 time)
+checkPackages=(clang clang-format libclang-rt-14-dev)
+
+# Installs the Debian packages that are not there yet.
+require() {
+    local missing=() package
+    for package in "$@"; do
+        dpkg-query -W -f '${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' || missing+=("$package")
+    done
+    ((${#missing[@]})) || return 0
+    local elevate=()
+    if ((EUID != 0)); then elevate=(sudo); fi
+    say "Installing ${missing[*]}"
+    "${elevate[@]}" apt-get update -qq
+    DEBIAN_FRONTEND=noninteractive "${elevate[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+}
+
+# Configures and builds a preset; further words are targets. Quiet unless something fails or takes long.
+build() {
+    local preset=$1
+    shift
+    if [[ ! -f build/$preset/build.ninja ]]; then
+        say "Configuring build/$preset"
+        cmake --preset "$preset" >/dev/null
+    fi
+    say "Building build/$preset"
+    ninja -C "build/$preset" --quiet "$@"
+}
