@@ -1,25 +1,34 @@
 #include "MailCore/MIME/HTMLEscape.h"
 
+#include <array>
+
 namespace MailCore::SafeHTML {
+
+namespace {
+
+constexpr auto escapes = [] {
+    std::array<std::string_view, 256> table{};
+    table['&'] = "&amp;";
+    table['<'] = "&lt;";
+    table['>'] = "&gt;";
+    table['"'] = "&quot;";
+    table['\''] = "&#39;";
+    return table;
+}();
+
+} // namespace
 
 std::string escape(std::string_view text) {
     std::string result;
     result.reserve(text.size() + text.size() / 16);
-    std::size_t done = 0;
-    while (done < text.size()) {
-        const std::size_t found = text.find_first_of("&<>\"'", done);
-        result.append(text.substr(done, found - done));
-        if (found == std::string_view::npos) break;
-        switch (text[found]) {
-        case '&': result += "&amp;"; break;
-        case '<': result += "&lt;"; break;
-        case '>': result += "&gt;"; break;
-        case '"': result += "&quot;"; break;
-        default: result += "&#39;"; break;
-        }
-        done = found + 1;
+    std::size_t done = 0; // everything before it is in `result`
+    for (std::size_t at = 0; at < text.size(); ++at) {
+        const std::string_view escaped = escapes[static_cast<unsigned char>(text[at])];
+        if (escaped.empty()) continue;
+        result.append(text.substr(done, at - done)).append(escaped);
+        done = at + 1;
     }
-    return result;
+    return result.append(text.substr(done));
 }
 
 } // namespace MailCore::SafeHTML

@@ -12,17 +12,26 @@ namespace MailCore {
 /// Bytes in a declared character set become text. Nothing here fails: U+FFFD stands where bytes mean nothing.
 namespace MailEncoding {
 
-std::string decode(ByteView bytes, std::string_view charset);
-std::optional<std::string> charset(std::optional<std::uint64_t> codepage);
+/// `bytes` as the charset label says, which is any text a message had for it (case and white space around it
+/// do not matter; empty means UTF-8). Of a label that nobody knows, or of 80 bytes and more, the bytes are
+/// taken as UTF-8 when they are valid, else as Windows-1252. Chinese labels all mean GB18030, which contains
+/// the others. The result is valid UTF-8.
+[[nodiscard]] std::string decode(ByteView bytes, std::string_view charset);
+/// The charset label of a Windows code page number; absent for none or 0.
+[[nodiscard]] std::optional<std::string> charset(std::optional<std::uint64_t> codepage);
 
 } // namespace MailEncoding
 
 namespace MIME {
 
-std::string decode(ByteView bytes, std::string_view charset);
-/// `header`: the Q encoding of RFC 2047, where "_" is a space.
-Bytes quotedPrintable(ByteView bytes, bool header);
-std::string decodeHTML(ByteView bytes, const std::optional<std::string>& charset);
+/// The same as MailEncoding::decode.
+[[nodiscard]] std::string decode(ByteView bytes, std::string_view charset);
+/// Undoes quoted-printable (RFC 2045 §6.7), or with `header` the Q encoding of encoded words (RFC 2047 §4.2),
+/// where "_" is a space. Malformed escapes stay as they are.
+[[nodiscard]] Bytes quotedPrintable(ByteView bytes, bool header);
+/// The text of an HTML body. A byte-order mark decides its charset, else the declared `charset`, else what a
+/// `meta` tag in the first 8,192 bytes says, else UTF-8. A mark is not part of the text.
+[[nodiscard]] std::string decodeHTML(ByteView bytes, const std::optional<std::string>& charset);
 
 } // namespace MIME
 } // namespace MailCore

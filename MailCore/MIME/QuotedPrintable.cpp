@@ -1,19 +1,9 @@
+#include "MailCore/MIME/HexDigit.h"
 #include "MailCore/MIME/MailEncoding.h"
 
 #include <algorithm>
 
 namespace MailCore::MIME {
-
-namespace {
-
-int hexDigit(char character) noexcept {
-    if (character >= '0' && character <= '9') return character - '0';
-    if (character >= 'A' && character <= 'F') return character - 'A' + 10;
-    if (character >= 'a' && character <= 'f') return character - 'a' + 10;
-    return -1;
-}
-
-} // namespace
 
 Bytes quotedPrintable(ByteView bytes, bool header) {
     const std::string_view text = charsOf(bytes);
@@ -21,7 +11,8 @@ Bytes quotedPrintable(ByteView bytes, bool header) {
     auto* out = reinterpret_cast<char*>(result.data());
     std::size_t at = 0;
     while (at < text.size()) {
-        const std::size_t found = std::min(header ? text.find_first_of("=_", at) : text.find('=', at), text.size());
+        const std::size_t found =
+            std::min(header ? text.find_first_of("=_", at) : text.find('=', at), text.size());
         out = std::copy_n(text.data() + at, found - at, out);
         at = found;
         if (at == text.size()) break;

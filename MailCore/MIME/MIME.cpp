@@ -1,0 +1,329 @@
+#include "MailCore/MIME/MIME.h"
+
+#include "MailCore/MIME/Base64.h"
+#include "MailCore/MIME/HTMLEscape.h"
+#include "MailCore/Model/Limits.h"
+#include "MailCore/Model/MailError.h"
+#include "MailCore/Platform/Text.h"
+
+#include <algorithm>
+#include <array>
+#include <cstring>
+#include <iterator>
+
+namespace MailCore::MIME {
+
+namespace {
+
+constexpr std::size_t mostHeaders = 2'000;
+constexpr int deepestLevel = 16;
+constexpr std::int64_t byteBudget = 3 * Limits::message;
+constexpr std::size_t longestBoundary = 199; // bytes
+
+constexpr std::string_view blanks = " \t";
+constexpr std::string_view plainSeparator = "\n\n";
+constexpr std::string_view htmlSeparator = "\n";
+
+struct DefaultName {
+    std::string_view mediaType;
+    std::string_view name;
+};
+
+constexpr auto defaultNames = std::to_array<DefaultName>({
+    // media type → name of a part that has none
+    {"application/pdf", "Attachment.pdf"},
+    {"image/gif", "Image.gif"},
+    {"image/jpeg", "Image.jpg"},
+    {"image/png", "Image.png"},
+    {"message/global", "Attached message.eml"},
+    {"message/rfc822", "Attached message.eml"},
+    {"text/calendar", "Calendar.ics"},
+    {"text/html", "Attachment.html"},
+    {"text/plain", "Attachment.txt"},
+});
+static_assert(std::ranges::is_sorted(defaultNames, {}, &DefaultName::mediaType));
+
+std::string_view defaultName(std::string_view mediaType) {
+    const auto found = std::ranges::lower_bound(defaultNames, mediaType, {}, &DefaultName::mediaType);
+    return found != defaultNames.end() && found->mediaType == mediaType ? found->name : "Attachment";
+}
+
+// Headers
+// ----------------------------------------------------------------------------------------------------
+
+/// The line end that ends the header block, and the one of the blank line after it.
+struct BlankLine {
+    std::size_t start; // where the header block ends
+    std::size_t end;   // where the body begins
+};
+
+/// The first CRLF CRLF or LF LF, whichever begins earlier; at the end of `entity` when there is neither.
+BlankLine blankLine(std::string_view entity) noexcept {
+    // In the order of their first LF the two forms are also in the order of where they begin.
+    for (std::size_t at = entity.find('\n'); at != std::string_view::npos; at = entity.find('\n', at + 1)) {
+        const std::string_view after = entity.substr(at + 1, 2);
+        if (after.starts_with('\n')) return {at, at + 2};
+        if (after == "\r\n" && at > 0 && entity[at - 1] == '\r') return {at - 1, at + 3};
+    }
+    return {entity.size(), entity.size()};
+}
+
+bool isFieldName(std::string_view name) noexcept {
+    return !name.empty() && std::ranges::all_of(name, [](char byte) { return byte >= 33 && byte <= 126; });
+}
+
+void addLine(std::string_view line, std::vector<Header>& headers) {
+    if (line.starts_with(' ') || line.starts_with('\t')) {
+        if (!headers.empty()) headers.back().value.append(" ").append(Text::trimmed(line, blanks));
+        return;
+    }
+    const std::size_t colon = line.find(':');
+    if (colon == std::string_view::npos || headers.size() >= mostHeaders) return;
+    const std::string_view name = line.substr(0, colon);
+    if (!isFieldName(name)) return;
+    headers.push_back(
+        {.name = std::string(name), .value = std::string(Text::trimmed(line.substr(colon + 1), blanks))});
+}
+
+// Leaves
+// -----------------------------------------------------------------------------------------------------
+
+/// What the header fields of a part say about its body.
+struct Description {
+    std::string type; // lower-case media type
+    std::string_view contentType;
+    std::string transferEncoding; // lower case
+    std::string disposition;      // lower case, with its parameters
+    std::string filename;         // empty when there is none
+    std::string_view contentID;
+};
+
+/// The media type of a Content-Type value: its first piece that is not empty, "text/plain" when there is
+/// none.
+std::string mediaType(std::string_view contentType) {
+    const std::size_t start = contentType.find_first_not_of(';');
+    if (start == std::string_view::npos) return "text/plain";
+    const std::string_view piece = contentType.substr(start, contentType.find(';', start) - start);
+    return Text::lowered(Text::trimmed(piece, blanks));
+}
+
+/// The views point into `headers`.
+Description describe(std::span<const Header> headers) {
+    const std::string_view contentType = value("Content-Type", headers);
+    return {
+        .type = mediaType(contentType),
+        .contentType = contentType,
+        .transferEncoding = Text::lowered(value("Content-Transfer-Encoding", headers)),
+        .disposition = Text::lowered(value("Content-Disposition", headers)),
+        .filename = filename(headers),
+        .contentID = Text::trimmed(value("Content-ID", headers), "<> "),
+    };
+}
+
+/// A body without its transfer encoding: the bytes decoded, or where the encoding changes nothing a view.
+class Content {
+public:
+    Content(ByteView body, std::string_view transferEncoding) : bytes_(body) {
+        if (transferEncoding == "base64") {
+            decoded_ = Base64::decode(charsOf(body));
+            valid_ = decoded_.has_value();
+        } else if (transferEncoding == "quoted-printable") {
+            decoded_ = quotedPrintable(body, false);
+        }
+        if (decoded_) bytes_ = *decoded_;
+    }
+    Content(const Content&) = delete;
+    Content& operator=(const Content&) = delete;
+
+    /// False: the encoding was broken, there are no bytes.
+    bool isValid() const noexcept { return valid_; }
+    ByteView view() const noexcept { return bytes_; }
+    Bytes take() && {
+        if (!valid_) return {};
+        return decoded_ ? std::move(*decoded_) : copyOf(bytes_);
+    }
+
+private:
+    std::optional<Bytes> decoded_;
+    ByteView bytes_;
+    bool valid_ = true;
+};
+
+bool isBodyText(const Description& leaf) {
+    return leaf.filename.empty() && !leaf.disposition.starts_with("attachment") &&
+           (leaf.type == "text/plain" || leaf.type == "text/html" || leaf.type.empty());
+}
+
+void addLeaf(const Description& leaf, ByteView body, MailMessage& message) {
+    Content content(body, leaf.transferEncoding);
+    if (isBodyText(leaf)) {
+        if (!content.isValid()) throw MailError(MailError::malformed);
+        const std::optional<std::string> charset = parameter("charset", leaf.contentType);
+        if (leaf.type == "text/html") {
+            append(decodeHTML(content.view(), charset), message.html, htmlSeparator);
+        } else {
+            append(decode(content.view(), charset.value_or("utf-8")), message.plain, plainSeparator);
+        }
+        return;
+    }
+    const bool available = content.isValid();
+    message.attachments.push_back({
+        .name = leaf.filename.empty() ? std::string(defaultName(leaf.type)) : leaf.filename,
+        .type = leaf.type,
+        .bytes = std::move(content).take(),
+        .contentID = std::string(leaf.contentID),
+        .embedded = {},
+        .available = available,
+    });
+}
+
+// Multiparts
+// -------------------------------------------------------------------------------------------------
+
+enum class Delimiter { none, between, closing };
+
+/// What kind of delimiter line `line`, line end included, is (RFC 2046 §5.1.1).
+Delimiter delimiterKind(std::string_view line, std::string_view delimiter) noexcept {
+    if (!line.starts_with(delimiter)) return Delimiter::none;
+    const std::string_view rest = line.substr(delimiter.size());
+    if (rest.starts_with("--")) return Delimiter::closing;
+    return rest.find_first_not_of(" \t\r\n") == std::string_view::npos ? Delimiter::between : Delimiter::none;
+}
+
+/// Finds the parts of a multipart body one after the other.
+class PartScanner {
+public:
+    PartScanner(std::string_view body, std::string_view boundary, const Cancelled& cancelled)
+        : body_(body), delimiter_("--" + std::string(boundary)), cancelled_(cancelled) {}
+    PartScanner(std::string_view, std::string_view, Cancelled&&) = delete;
+
+    /// The next part, without the line end that belongs to the delimiter after it; points into the body.
+    std::optional<ByteView> next() {
+        while (at_ < body_.size()) {
+            if (cancelled_()) throw MailError(MailError::cancelled);
+            const std::size_t start = at_;
+            const std::size_t lineFeed = body_.find('\n', start);
+            at_ = lineFeed == std::string_view::npos ? body_.size() : lineFeed + 1;
+            const Delimiter kind = delimiterKind(body_.substr(start, at_ - start), delimiter_);
+            if (kind == Delimiter::none) continue;
+            const std::optional<std::size_t> partStart = std::exchange(partStart_, at_);
+            if (kind == Delimiter::closing) {
+                body_ = body_.substr(0, at_); // what follows is no part of the message
+                partStart_.reset();
+            }
+            if (partStart && *partStart < start) return bytesOf(trimmedPart(*partStart, start));
+        }
+        const std::optional<std::size_t> last = std::exchange(partStart_, std::nullopt);
+        if (!last || *last >= body_.size()) return std::nullopt;
+        return bytesOf(body_.substr(*last));
+    }
+
+private:
+    std::string_view trimmedPart(std::size_t start, std::size_t end) const noexcept {
+        std::string_view part = body_.substr(start, end - start);
+        if (part.ends_with('\n')) part.remove_suffix(1);
+        if (part.ends_with('\r')) part.remove_suffix(1);
+        return part;
+    }
+
+    std::string_view body_;
+    std::string delimiter_;
+    const Cancelled& cancelled_;
+    std::size_t at_ = 0;                   // the start of the next line
+    std::optional<std::size_t> partStart_; // once a delimiter has been seen
+};
+
+std::string preformatted(std::string_view plain) {
+    return "<div style=\"white-space:pre-wrap\">" + SafeHTML::escape(plain) + "</div>";
+}
+
+/// The richest form the reader can show comes last (RFC 2046 §5.1.4).
+void replaceBodies(MailMessage& message, MailMessage&& alternative) {
+    if (!alternative.html.empty()) message.html = std::move(alternative.html);
+    if (!alternative.plain.empty()) message.plain = std::move(alternative.plain);
+}
+
+/// Once one part has HTML, all texts are in `html`; `plain` has only what came as plain text.
+void appendBodies(MailMessage& message, const MailMessage& child) {
+    if (!child.html.empty()) {
+        if (message.html.empty() && !message.plain.empty()) message.html = preformatted(message.plain);
+        append(child.html, message.html, htmlSeparator);
+    } else if (!child.plain.empty() && !message.html.empty()) {
+        append(preformatted(child.plain), message.html, htmlSeparator);
+    }
+    append(child.plain, message.plain, plainSeparator);
+}
+
+std::optional<std::string> multipartBoundary(const Description& entity) {
+    if (!entity.type.starts_with("multipart/")) return std::nullopt;
+    std::optional<std::string> boundary = parameter("boundary", entity.contentType);
+    if (!boundary || boundary->empty() || boundary->size() > longestBoundary) return std::nullopt;
+    return boundary;
+}
+
+} // namespace
+
+Split split(ByteView entity) {
+    const std::string_view text = charsOf(entity);
+    const BlankLine blank = blankLine(text);
+    const std::size_t blockEnd = std::min(blank.start, static_cast<std::size_t>(Limits::headers));
+    Split result{.headers = {}, .body = entity.subspan(blank.end)};
+    const std::string block = decode(entity.first(blockEnd), "utf-8");
+    for (std::size_t at = 0; at < block.size();) {
+        const std::size_t lineFeed = std::min(block.find('\n', at), block.size());
+        std::string_view line = std::string_view(block).substr(at, lineFeed - at);
+        if (lineFeed < block.size() && line.ends_with('\r')) line.remove_suffix(1);
+        addLine(line, result.headers);
+        at = lineFeed + 1;
+    }
+    return result;
+}
+
+void part(ByteView entity, int depth, int& count, std::int64_t& budget, MailMessage& message,
+          const Cancelled& cancelled) {
+    if (cancelled()) throw MailError(MailError::cancelled);
+    budget -= static_cast<std::int64_t>(entity.size());
+    if (budget < 0) throw MailError(MailError::tooLarge);
+    ++count;
+    if (depth > deepestLevel || count > Limits::parts) throw MailError(MailError::tooMany);
+
+    const Split halves = split(entity);
+    const Description description = describe(halves.headers);
+    const std::optional<std::string> boundary = multipartBoundary(description);
+    if (!boundary) {
+        addLeaf(description, halves.body, message);
+        return;
+    }
+    const bool isAlternative = description.type == "multipart/alternative";
+    PartScanner parts(charsOf(halves.body), *boundary, cancelled);
+    while (const std::optional<ByteView> bytes = parts.next()) {
+        MailMessage child;
+        part(*bytes, depth + 1, count, budget, child, cancelled);
+        std::ranges::move(child.attachments, std::back_inserter(message.attachments));
+        if (isAlternative) {
+            replaceBodies(message, std::move(child));
+        } else {
+            appendBodies(message, child);
+        }
+    }
+}
+
+MailMessage parse(ByteView data, const Cancelled& cancelled) {
+    if (cancelled()) throw MailError(MailError::cancelled);
+    if (data.size() > static_cast<std::size_t>(Limits::message)) throw MailError(MailError::tooLarge);
+    Split halves = split(data);
+    if (halves.headers.empty()) throw MailError(MailError::malformed);
+    MailMessage message;
+    message.subject = headerText(value("Subject", halves.headers));
+    message.from = headerText(value("From", halves.headers));
+    message.to = headerText(value("To", halves.headers));
+    message.cc = headerText(value("Cc", halves.headers));
+    message.date = value("Date", halves.headers);
+    message.headers = std::move(halves.headers);
+    int count = 0;
+    std::int64_t budget = byteBudget;
+    part(data, 0, count, budget, message, cancelled);
+    return message;
+}
+
+} // namespace MailCore::MIME
