@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstdint>
 #include <map>
 #include <optional>
 #include <string>
@@ -12,33 +13,66 @@ namespace MailCore {
 /// Attributes of an element: lower-case name → value, entities decoded.
 using Attributes = std::map<std::string, std::string, std::less<>>;
 
+class ElementAttributes;
+
 /// Keeps what is safe of a message's CSS and makes its colours follow the light and dark themes. One object
-/// lives for the rendering of one message, on one thread.
+/// lives for the rendering of one message, on one thread. Whatever is not accepted is dropped: a declaration,
+/// a selector or a rule at a time; nothing is thrown.
+///
+/// Every colour becomes a custom property of the page, at most 1,024 of them; later ones fall back to the
+/// page's own ink or paper. An operation that is given the same text again gives the same result again.
 class MailStyles {
 public:
+    /// The values of one custom property in the two themes, as in "rgba(255,0,0,1.0)".
     struct Color {
         std::string light;
         std::string dark;
         bool operator==(const Color&) const = default;
     };
 
+    /// Adds the acceptable rules of one style sheet, scoped under ".mail-content"; `depth` counts the @media
+    /// blocks around it, from 0 to 3. A text over 131,072 bytes is ignored; 512 rules or 131,072 bytes of
+    /// them are kept of all sheets together.
     void addStylesheet(std::string_view css, int depth);
+    /// The declarations for an element's style attribute: those its presentational attributes stand for, then
+    /// those of its own style attribute; joined by ";", empty when nothing is kept. `tag` is in lower case.
     std::string inlineStyle(const Attributes& attributes, std::string_view tag);
+    /// The two parts of it, appended.
+    void appendPresentation(std::string& out, const ElementAttributes& attributes, std::string_view tag);
+    void appendDeclarations(std::string& out, std::string_view text);
+
+    /// A declaration block (what stands between braces or in a style attribute), sanitised: at most 16,384
+    /// bytes and 100 declarations, without escapes and comments; a block that has them gives the empty text.
     std::string declarations(std::string_view text);
+    /// The value of one declaration, `name` in lower case and `value` trimmed. For "background" and
+    /// "mso-hide" it is a whole declaration.
     std::optional<std::string> declaration(std::string_view name, std::string_view value);
+    /// The custom property, or word, that stands for a colour. `background` chooses how the dark theme
+    /// changes it.
     std::optional<std::string> color(std::string_view value, bool background);
+    /// One selector of at most 300 bytes, made of types, classes, ids and combinators only, its names
+    /// prefixed with "m-", scoped under ".mail-content".
     static std::optional<std::string> selector(std::string_view text);
+    /// A keyword or a number with a unit, up to 4,096 and, when `negative`, from -100, else from 0.
     static std::optional<std::string> length(std::string_view text, bool negative);
+    /// A name as of a class or an id, at most 100 bytes.
     static std::optional<std::string> identifier(std::string_view text);
+    /// The finished style sheet: the colours of both themes, then the rules.
     std::string stylesheet() const;
 
     const std::vector<std::string>& rules() const noexcept { return rules_; }
     const std::vector<Color>& colors() const noexcept { return colors_; }
 
 private:
+    void addMediaRule(std::string_view prelude, std::string_view block, int depth);
+    void addRule(std::string_view prelude, std::string_view block);
+    bool appendDeclaration(std::string& out, std::string_view name, std::string_view value);
+    bool appendColor(std::string& out, std::string_view value, bool background);
+    bool appendBorder(std::string& out, std::string_view value);
+
     std::vector<std::string> rules_;
     std::vector<Color> colors_;
-    std::unordered_map<std::string, std::size_t> colorIDs_;
+    std::unordered_map<std::string, std::size_t> colorIDs_; // light value and kind → place in colors_
     std::size_t ruleBytes_ = 0;
 };
 

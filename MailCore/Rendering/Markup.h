@@ -1,0 +1,87 @@
+#pragma once
+
+#include <cstddef>
+#include <optional>
+#include <string>
+#include <string_view>
+
+/// Scanners for markup and style text. Each finds what the regular expression it names would find (ICU syntax
+/// and case folding, first match), in time linear in the text over all calls together.
+namespace MailCore::Markup {
+
+constexpr bool isLetter(char byte) noexcept {
+    return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z');
+}
+constexpr bool isDigit(char byte) noexcept {
+    return byte >= '0' && byte <= '9';
+}
+constexpr bool isHexDigit(char byte) noexcept {
+    return isDigit(byte) || (byte >= 'a' && byte <= 'f') || (byte >= 'A' && byte <= 'F');
+}
+
+/// Length in bytes of the `\s` at `at`, 0 when there is none.
+std::size_t spaceAt(std::string_view text, std::size_t at) noexcept;
+/// Past `\s*` at `at`.
+std::size_t skipSpaces(std::string_view text, std::size_t at) noexcept;
+/// `text` without the line end that `$` looks over at the end of a text.
+std::string_view withoutFinalLineEnd(std::string_view text) noexcept;
+/// `^[a-zA-Z_][a-zA-Z0-9_-]*`, up to where it ends; 0 when it does not match.
+std::size_t identifierLength(std::string_view text) noexcept;
+
+/// A run of bytes of a text.
+struct Range {
+    std::size_t start;
+    std::size_t end;
+    bool operator==(const Range&) const = default;
+};
+
+/// Past `(?i)name` at `at`, nothing when it does not match. `name` is one of the element names used here: of
+/// their letters only "s" (long s) and "st" (two ligatures) have case variants outside ASCII.
+std::optional<std::size_t> foldedName(std::string_view text, std::size_t at, std::string_view name) noexcept;
+
+/// Matches of `(?i)</name\s*>` in one text.
+class ClosingTags {
+public:
+    /// Borrows both.
+    ClosingTags(std::string_view text, std::string_view name) noexcept : text_(text), name_(name) {}
+    /// The first match at or after `from`, which never decreases from call to call.
+    std::optional<Range> after(std::size_t from) noexcept;
+    /// Whether it is known that no match follows any more.
+    bool exhausted() const noexcept { return searched_ && !found_; }
+    std::string_view name() const noexcept { return name_; }
+
+private:
+    std::string_view text_;
+    std::string_view name_;
+    bool searched_ = false;
+    std::optional<Range> found_; // the last answer, good until a call begins behind it
+};
+
+/// One attribute as written; both point into the text scanned.
+struct RawAttribute {
+    std::string_view name;
+    std::string_view value; // without quotes, character references not decoded
+};
+
+/// Matches of `([a-zA-Z][a-zA-Z0-9:-]*)(?:\s*=\s*(?:"([^"]*)"|'([^']*)'|([^\s"'=<>`]+)))?` in one text.
+class AttributeScanner {
+public:
+    explicit AttributeScanner(std::string_view text) noexcept : text_(text) {}
+    std::optional<RawAttribute> next() noexcept;
+
+private:
+    std::string_view text_;
+    std::size_t at_ = 0;
+    bool doubleQuoteEnds_ = true; // a double quote may still come
+    bool singleQuoteEnds_ = true;
+};
+
+/// Appends `text` with its character references decoded,
+/// `&(?:#(x[0-9a-fA-F]+|[0-9]+)|([a-zA-Z][a-zA-Z0-9]+));`.
+void appendDecoded(std::string& out, std::string_view text);
+/// Appends `text` escaped for HTML content and double-quoted attribute values.
+void appendEscaped(std::string& out, std::string_view text);
+/// Both at once: decoded, then escaped.
+void appendDecodedEscaped(std::string& out, std::string_view text);
+
+} // namespace MailCore::Markup
