@@ -1,0 +1,87 @@
+#include "MailCore/Platform/Text.h"
+
+#include <gtest/gtest.h>
+
+namespace MailCore {
+namespace {
+
+using namespace std::string_literals;
+
+TEST(TextRepair, PutsOneReplacementForEachMaximalInvalidSequence) {
+    struct Case {
+        std::string_view name;
+        std::string bytes;
+        std::string text;
+    };
+    const Case cases[] = {
+        {"ASCII", "plain", "plain"},
+        {"well formed", "é中😀", "é中😀"},
+        {"a lone continuation", "a\x80z", "a\uFFFDz"},
+        {"a cut sequence of three is one", "\xE4\xB8", "\uFFFD"},
+        {"a cut sequence and text", "\xE4\xB8z", "\uFFFDz"},
+        {"an overlong sequence", "\xC0\xAF", "\uFFFD\uFFFD"},
+        {"a surrogate", "\xED\xA0\x80", "\uFFFD\uFFFD\uFFFD"},
+        {"above U+10FFFF", "\xF4\x90\x80\x80", "\uFFFD\uFFFD\uFFFD\uFFFD"},
+        {"U+0000 stays", "a\0b"s, "a\0b"s},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        EXPECT_EQ(Text::repaired(bytesOf(c.bytes)), c.text);
+        EXPECT_EQ(Text::isValid(bytesOf(c.bytes)), c.bytes == c.text);
+    }
+}
+
+TEST(TextPrefix, CutsBetweenCharactersAsPeopleSeeThem) {
+    const std::string family = "👨‍👩‍👧";
+    const std::string longMark = "e" + [] {
+        std::string marks;
+        for (int index = 0; index < 20'000; ++index) marks += "\u0301";
+        return marks;
+    }();
+    struct Case {
+        std::string_view name;
+        std::string text;
+        std::size_t count;
+        std::string prefix;
+    };
+    const Case cases[] = {
+        {"short enough", "abc", 5, "abc"},
+        {"ASCII", "abcdef", 3, "abc"},
+        {"an accent after the cut stays with its letter", "abe\u0301f", 3, "abe\u0301"},
+        {"an accent right behind ASCII", "abc\u0301d", 3, "abc\u0301"},
+        {"CR LF is one", "a\r\nb", 2, "a\r\n"},
+        {"a family is one", family + family, 1, family},
+        {"one character longer than any window", longMark + "xy", 2, longMark + "x"},
+        {"many characters over windows", std::string(20'000, 'x') + "中" + std::string(20'000, 'y'), 20'001,
+         std::string(20'000, 'x') + "中"},
+        {"nothing", "abc", 0, ""},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        EXPECT_EQ(Text::prefix(c.text, c.count), c.prefix);
+    }
+}
+
+TEST(TextTrimming, TakesUnicodeWhiteSpaceOffBothEnds) {
+    EXPECT_EQ(Text::trimmed("\u00A0\u3000 a b\u2028\r\n"), "a b");
+    EXPECT_EQ(Text::trimmed(" \t\u3000"), "");
+    EXPECT_EQ(Text::trimmed("\u200Ba\u200B"), "\u200Ba\u200B"); // invisible, but no space
+    EXPECT_EQ(Text::trimmed("<<a>b>", "<>"), "a>b");
+}
+
+TEST(TextIntegers, AreWholeOrNothing) {
+    EXPECT_EQ(Text::integer("12"), 12);
+    EXPECT_EQ(Text::integer("+12"), 12);
+    EXPECT_EQ(Text::integer("-12"), -12);
+    for (const std::string_view text : {"", "+", "-", "+-1", "1 ", " 1", "1a", "0x1", "9223372036854775808"})
+        EXPECT_EQ(Text::integer(text), std::nullopt) << text;
+}
+
+TEST(TextCase, LowersByUnicodeWithoutALocale) {
+    EXPECT_EQ(Text::lowered("ABC"), "abc");
+    EXPECT_EQ(Text::lowered("ÄΣI"), "äσi");
+    EXPECT_EQ(Text::uppered("straße"), "STRASSE");
+}
+
+} // namespace
+} // namespace MailCore
