@@ -13,9 +13,10 @@
 namespace MailCore::Testing {
 
 /// Builds the bytes of one message or part, header by header, for tests:
-/// `Mail().subject("Minutes").part(Mail().text("Hello")).part(Mail().file("a.pdf", "application/pdf", "%PDF"))`.
-/// Header fields stand in the order of the calls; setting one again replaces it. Lines end with CR LF unless
-/// `lineEnd` says otherwise; bodies are taken as they are. A Mail turns into Bytes or a string by itself.
+/// `Mail().subject("Minutes").part(Mail().text("Hello")).part(Mail().file("a.pdf", "application/pdf",
+/// "%PDF"))`. Header fields stand in the order of the calls; setting one again replaces it. Lines end with CR
+/// LF unless `lineEnd` says otherwise; bodies are taken as they are. A Mail turns into Bytes or a string by
+/// itself.
 class Mail {
 public:
     /// Sets the field `name`, at its old place when it is there already.
@@ -66,8 +67,8 @@ public:
         std::size_t column = 0;
         for (const char byte : content) {
             const auto value = static_cast<unsigned char>(byte);
-            const bool plain = (byte >= '0' && byte <= '9') || (byte >= 'A' && byte <= 'Z') ||
-                               (byte >= 'a' && byte <= 'z');
+            const bool plain =
+                (byte >= '0' && byte <= '9') || (byte >= 'A' && byte <= 'Z') || (byte >= 'a' && byte <= 'z');
             if (column > 72) {
                 body_ += "=\r\n";
                 column = 0;
