@@ -19,7 +19,12 @@ bool MailAttachment::canPreview() const {
            messageExtensions.end();
 }
 
-bool MailAttachment::operator==(const MailAttachment&) const = default;
+// Written out: the two records contain each other, which Clang 14 does not survive in a defaulted comparison.
+bool MailAttachment::operator==(const MailAttachment& other) const {
+    return id == other.id && name == other.name && type == other.type && bytes == other.bytes &&
+           contentID == other.contentID && embedded == other.embedded && available == other.available &&
+           isOLE == other.isOLE;
+}
 
 std::string MailMessage::summary() const {
     std::string text;
