@@ -1,1 +1,106 @@
-int main() {}
+#include "TesselMail/Model/AppModel.h"
+#include "TesselMail/Model/ApplicationID.h"
+#include "TesselMail/Model/ArchiveWork.h"
+#include "TesselMail/Platform/NativeFilePanels.h"
+#include "TesselMail/Views/MainWindow.h"
+
+#include <adwaita.h>
+#include <gtkmm.h>
+
+#include <memory>
+#include <vector>
+
+namespace TesselMail {
+namespace {
+
+/// The running application: one per session. A second start hands its files to the first and ends.
+class Application : public Gtk::Application {
+public:
+    Application()
+        : Gtk::Application(applicationID, Gio::Application::Flags::HANDLES_OPEN),
+          preferences_(Preferences::ofUser()), model_(AppModel::create(preferences_, panels_)) {
+        // GTK would quit by itself with the last window, but not let go of what is open.
+        signal_shutdown().connect([this] { model_->closeAll(); });
+    }
+
+protected:
+    void on_startup() override {
+        Gtk::Application::on_startup();
+        adw_init();
+        Gtk::Window::set_default_icon_name(applicationID);
+        add_action("about", sigc::mem_fun(*this, &Application::showAbout));
+        add_action("quit", sigc::mem_fun(*this, &Application::quit));
+        set_accels_for_action("win.open", {"<Control>o"});
+        set_accels_for_action("win.close", {"<Control>w"});
+        set_accels_for_action("win.close-all", {"<Control><Shift>w"});
+        set_accels_for_action("win.export-original", {"<Control><Shift>s"});
+        set_accels_for_action("win.details", {"<Control>i"});
+        set_accels_for_action("app.quit", {"<Control>q"});
+    }
+
+    void on_activate() override { present(); }
+
+    void on_open(const type_vec_files& files, const Glib::ustring&) override {
+        std::vector<MailCore::URL> urls;
+        for (const auto& file : files) {
+            if (const std::string path = file->get_path(); !path.empty())
+                urls.push_back(MailCore::URL::file(path));
+            else if (const auto url = MailCore::URL::parse(file->get_uri()))
+                urls.push_back(*url);
+        }
+        present();
+        model_->open(urls);
+    }
+
+private:
+    void present() {
+        if (!window_) {
+            window_ = std::make_unique<MainWindow>(*model_);
+            window_->signal_hide().connect(sigc::mem_fun(*this, &Application::closed));
+            panels_.attach(window_.get());
+            add_window(*window_);
+        }
+        window_->present();
+    }
+
+    // The window is still in the middle of its signal.
+    void closed() {
+        model_->closeAll();
+        Glib::signal_idle().connect_once([this] {
+            panels_.attach(nullptr);
+            window_.reset();
+        });
+    }
+
+    void showAbout() {
+        if (!window_) return;
+        const auto window = ADW_ABOUT_WINDOW(adw_about_window_new());
+        adw_about_window_set_application_name(window, preferences_.text(Texts::applicationName).c_str());
+        adw_about_window_set_application_icon(window, applicationID);
+        adw_about_window_set_version(window, TESSEL_VERSION);
+        adw_about_window_set_comments(window, preferences_.text(Texts::aboutText).c_str());
+        gtk_window_set_transient_for(GTK_WINDOW(window), GTK_WINDOW(window_->gobj()));
+        gtk_window_set_modal(GTK_WINDOW(window), TRUE);
+        gtk_window_present(GTK_WINDOW(window));
+    }
+
+    Preferences preferences_;
+    NativeFilePanels panels_;
+    std::shared_ptr<AppModel> model_;
+    std::unique_ptr<MainWindow> window_;
+};
+
+} // namespace
+} // namespace TesselMail
+
+int main(int argc, char** argv) {
+    // Before anything of GIO is used: links handed over by the system keep every byte this way.
+    g_setenv("GIO_USE_VFS", "local", TRUE);
+    int status = 0;
+    {
+        TesselMail::Application application;
+        status = application.run(argc, argv);
+    }
+    TesselMail::ArchiveWork::finish();
+    return status;
+}

@@ -51,6 +51,11 @@ MailCollection withFirstEntry(const MailCollection& collection) {
     return result;
 }
 
+// File names are bytes; people read text.
+std::string nameOf(const URL& url) {
+    return MailCore::Text::repaired(MailCore::bytesOf(url.lastPathComponent()));
+}
+
 std::string joined(const std::vector<std::string>& notices) {
     std::string text;
     for (const std::string& notice : notices) {
@@ -137,7 +142,7 @@ Task AppModel::openAll(std::shared_ptr<AppModel> self, Run run) {
             self->finishIndexing(std::move(*result), scope);
         } else {
             self->interruptIndexing(placeholder->id);
-            notices.push_back(scope->url.lastPathComponent() + ": " + self->errorText(failure));
+            notices.push_back(nameOf(scope->url) + ": " + self->errorText(failure));
         }
     }
     self->finishRun(run, notices);

@@ -40,6 +40,7 @@ inline constexpr Text openPrompt = {"Open", "打开"};
 inline constexpr Text openTitle = {"Choose email files, a mailbox archive, or a Maildir folder.",
                                    "选择邮件文件、邮箱存档或 Maildir 文件夹。"};
 inline constexpr Text mailFiles = {"Email files and archives", "邮件文件与存档"};
+inline constexpr Text allFiles = {"All files", "所有文件"};
 
 // Opening
 inline constexpr Text opening = {"Opening…", "正在打开…"};

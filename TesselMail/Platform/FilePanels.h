@@ -17,6 +17,7 @@ struct OpenPanel {
     std::string accept;                  // caption of the button that confirms
     std::string cancel;                  // caption of the button that does not
     std::string filterName;              // shown for the files that are offered
+    std::string everyName;               // shown for all files
     std::vector<std::string> extensions; // of those files, in lower case; folders ignore it
 };
 

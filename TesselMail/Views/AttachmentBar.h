@@ -1,0 +1,24 @@
+#pragma once
+
+#include "TesselMail/Model/AppModel.h"
+
+#include <gtkmm.h>
+
+namespace TesselMail {
+
+/// The attachments of the message on show, each a button that saves it or reads it as a message. `model`
+/// outlives it.
+class AttachmentBar : public Gtk::ScrolledWindow {
+public:
+    explicit AttachmentBar(AppModel& model);
+    /// Shows what belongs to the model's message; hides itself when there is nothing.
+    void update();
+
+private:
+    void add(const MailCore::MailAttachment& attachment);
+
+    AppModel& model_;
+    Gtk::FlowBox buttons_;
+};
+
+} // namespace TesselMail

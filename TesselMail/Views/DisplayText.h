@@ -1,0 +1,19 @@
+#pragma once
+
+#include "MailCore/Platform/URL.h"
+
+#include <string>
+#include <string_view>
+
+namespace TesselMail {
+
+/// `text` from a message as one line of the window: its direction kept to itself (U+2068 … U+2069), line
+/// breaks as spaces, and no longer than `characters`. For display only, never for a file name or an address
+/// to use.
+std::string displayed(std::string_view text, std::size_t characters = 1'000);
+
+/// The name of a file or folder for display, or its whole path; what is not UTF-8 in it becomes U+FFFD.
+std::string displayedName(const MailCore::URL& url);
+std::string displayedPath(const MailCore::URL& url);
+
+} // namespace TesselMail

@@ -1,0 +1,40 @@
+#pragma once
+
+#include "TesselMail/Model/ArchiveWork.h"
+
+#include <giomm.h>
+#include <glibmm.h>
+
+namespace TesselMail {
+
+/// One listed message, as list widgets want it: made when a row comes near the screen.
+class EntryRow : public Glib::Object {
+public:
+    static Glib::RefPtr<EntryRow> create(MailCore::SharedEntry entry);
+    const MailCore::SharedEntry& entry() const noexcept { return entry_; }
+
+private:
+    explicit EntryRow(MailCore::SharedEntry entry) : entry_(std::move(entry)) {}
+    MailCore::SharedEntry entry_;
+};
+
+/// The listed messages as a list model over the model's own list, which it shares and does not copy.
+class EntryRows : public Glib::Object, public Gio::ListModel {
+public:
+    static Glib::RefPtr<EntryRows> create();
+
+    /// Shows `entries` from now on. What both lists have in common at their ends keeps its rows.
+    void show(ArchiveWork::SharedList entries);
+    const MailCore::EntryList& entries() const noexcept { return *entries_; }
+
+protected:
+    EntryRows();
+    GType get_item_type_vfunc() override;
+    guint get_n_items_vfunc() override;
+    gpointer get_item_vfunc(guint position) override;
+
+private:
+    ArchiveWork::SharedList entries_;
+};
+
+} // namespace TesselMail

@@ -1,0 +1,155 @@
+#include "TesselMail/Views/MessageList.h"
+
+#include "TesselMail/Views/MessageRow.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace TesselMail {
+
+MessageList::MessageList(AppModel& model)
+    : Gtk::Box(Gtk::Orientation::VERTICAL), model_(model), rows_(EntryRows::create()),
+      selection_(Gtk::SingleSelection::create(rows_)) {
+    add_css_class("list-pane");
+    order_.set_icon_name("view-sort-descending-symbolic");
+    order_.signal_toggled().connect(sigc::mem_fun(*this, &MessageList::changeOrder));
+    header_.packEnd(order_);
+    append(header_.widget());
+
+    notice_.set_wrap(true);
+    notice_.set_xalign(0);
+    notice_.add_css_class("notice");
+    noticeRevealer_.set_child(notice_);
+    append(noticeRevealer_);
+
+    selection_->set_autoselect(false);
+    selection_->set_can_unselect(true);
+    selection_->property_selected().signal_changed().connect(sigc::mem_fun(*this, &MessageList::select));
+    const auto factory = Gtk::SignalListItemFactory::create();
+    factory->signal_setup().connect(sigc::mem_fun(*this, &MessageList::setUpRow));
+    factory->signal_bind().connect(sigc::mem_fun(*this, &MessageList::bindRow));
+    list_.set_factory(factory);
+    list_.set_model(selection_);
+    list_.add_css_class("message-list");
+    list_.set_single_click_activate(false);
+    list_.signal_activate().connect(sigc::mem_fun(*this, &MessageList::activate));
+
+    scroller_.set_child(list_);
+    scroller_.set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
+    stack_.add(scroller_, "list");
+    stack_.add(empty_.widget(), "empty");
+    stack_.set_vexpand(true);
+    append(stack_);
+
+    model_.filteredEntries.signalChanged().connect(sigc::mem_fun(*this, &MessageList::showEntries));
+    model_.selectedCollection.signalChanged().connect(sigc::mem_fun(*this, &MessageList::showEntries));
+    model_.selectedEntry.signalChanged().connect(
+        sigc::bind(sigc::mem_fun(*this, &MessageList::showSelection), true));
+    model_.collections.signalChanged().connect(sigc::mem_fun(*this, &MessageList::showTitle));
+    model_.collections.signalChanged().connect(sigc::mem_fun(*this, &MessageList::showNotice));
+    model_.newestFirst.signalChanged().connect(sigc::mem_fun(*this, &MessageList::showOrder));
+    model_.preferences().signalChanged().connect(sigc::mem_fun(*this, &MessageList::showTexts));
+    showTexts();
+    showEntries();
+}
+
+void MessageList::showTexts() {
+    const Preferences& preferences = model_.preferences();
+    order_.set_tooltip_text(preferences.text(Texts::newestFirst));
+    gtk_accessible_update_property(GTK_ACCESSIBLE(order_.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
+                                   preferences.text(Texts::newestFirst).c_str(),
+                                   GTK_ACCESSIBLE_PROPERTY_DESCRIPTION,
+                                   preferences.text(Texts::messageOrder).c_str(), -1);
+    gtk_accessible_update_property(GTK_ACCESSIBLE(list_.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
+                                   preferences.text(Texts::messages).c_str(), -1);
+    empty_.setTexts(preferences.text(Texts::noMessages), "");
+    showOrder();
+    showTitle();
+    showNotice();
+}
+
+void MessageList::showTitle() {
+    const MailCore::MailCollection* const collection = model_.active();
+    const Preferences& preferences = model_.preferences();
+    header_.setTitle(preferences.text(Texts::messages),
+                     collection
+                         ? std::to_string(collection->entries.size()) + preferences.text(Texts::messageCount)
+                         : std::string());
+    stack_.set_visible_child(collection && collection->entries.empty() ? "empty" : "list");
+}
+
+void MessageList::showNotice() {
+    const MailCore::MailCollection* const collection = model_.active();
+    const bool limited = collection && collection->indexLimitReached;
+    const bool interrupted = collection && collection->indexInterrupted;
+    if (limited || interrupted)
+        notice_.set_text(model_.preferences().text(limited ? Texts::limitReached : Texts::interrupted));
+    noticeRevealer_.set_reveal_child(limited || interrupted);
+}
+
+void MessageList::showOrder() {
+    const bool before = std::exchange(updating_, true);
+    order_.set_active(*model_.newestFirst);
+    updating_ = before;
+}
+
+void MessageList::changeOrder() {
+    if (!updating_) model_.setNewestFirst(order_.get_active());
+}
+
+void MessageList::showEntries() {
+    const bool before = std::exchange(updating_, true);
+    const bool another =
+        std::exchange(shownCollection_, *model_.selectedCollection) != *model_.selectedCollection;
+    // The selection would look for its row among all new ones; the model knows which it is.
+    selection_->set_selected(GTK_INVALID_LIST_POSITION);
+    rows_->show(model_.entries());
+    updating_ = before;
+    showTitle();
+    showNotice();
+    showSelection(another);
+}
+
+guint MessageList::positionOf(std::optional<AppModel::EntryID> id) const {
+    if (!id) return GTK_INVALID_LIST_POSITION;
+    const MailCore::EntryList& entries = rows_->entries();
+    const auto found = std::ranges::find(entries, *id, [](const auto& entry) { return entry->id; });
+    return found == entries.end() ? GTK_INVALID_LIST_POSITION : static_cast<guint>(found - entries.begin());
+}
+
+void MessageList::showSelection(bool scroll) {
+    const guint position = positionOf(*model_.selectedEntry);
+    if (selection_->get_selected() == position) return;
+    const bool before = std::exchange(updating_, true);
+    selection_->set_selected(position);
+    updating_ = before;
+    if (scroll && position != GTK_INVALID_LIST_POSITION)
+        gtk_widget_activate_action(GTK_WIDGET(list_.gobj()), "list.scroll-to-item", "u", position);
+}
+
+void MessageList::select() {
+    if (updating_) return;
+    const guint position = selection_->get_selected();
+    if (position < rows_->entries().size()) model_.select(rows_->entries()[position]->id);
+}
+
+// Asking again for the message on show reads it anew when it failed.
+void MessageList::activate(guint position) {
+    if (position >= rows_->entries().size()) return;
+    model_.select(rows_->entries()[position]->id);
+    chosen_.emit();
+}
+
+void MessageList::setUpRow(const Glib::RefPtr<Gtk::ListItem>& item) {
+    auto* const row = Gtk::make_managed<MessageRow>();
+    row->signalClicked().connect(chosen_.make_slot());
+    item->set_child(*row);
+}
+
+void MessageList::bindRow(const Glib::RefPtr<Gtk::ListItem>& item) {
+    const auto row = std::dynamic_pointer_cast<EntryRow>(item->get_item());
+    auto* const child = dynamic_cast<MessageRow*>(item->get_child());
+    if (row && child) child->show(*row->entry(), model_.preferences());
+}
+
+} // namespace TesselMail

@@ -1,0 +1,195 @@
+#include "TesselMail/Views/Sidebar.h"
+
+#include "TesselMail/Views/DisplayText.h"
+#include "TesselMail/Views/MainMenu.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace TesselMail {
+
+// One open source: its name, how many messages it has, and a button that closes it.
+class Sidebar::Row : public Gtk::ListBoxRow {
+public:
+    Row(AppModel& model, AppModel::CollectionID id) : model_(model), id_(id) {
+        name_.set_ellipsize(Pango::EllipsizeMode::MIDDLE);
+        name_.set_xalign(0);
+        count_.set_xalign(0);
+        count_.add_css_class("caption");
+        count_.add_css_class("dim-label");
+        count_.add_css_class("numeric");
+        texts_.set_hexpand(true);
+        texts_.set_valign(Gtk::Align::CENTER);
+        texts_.append(name_);
+        texts_.append(count_);
+        close_.set_icon_name("window-close-symbolic");
+        close_.add_css_class("flat");
+        close_.add_css_class("circular");
+        close_.add_css_class("row-close");
+        close_.set_valign(Gtk::Align::CENTER);
+        close_.signal_clicked().connect(sigc::mem_fun(*this, &Row::close));
+        content_.append(icon_);
+        content_.append(texts_);
+        content_.append(close_);
+        set_child(content_);
+        add_css_class("source-row");
+
+        menu_.set_parent(*this);
+        menu_.set_has_arrow(false);
+        menu_.set_halign(Gtk::Align::START);
+        const auto actions = Gio::SimpleActionGroup::create();
+        actions->add_action("close", sigc::mem_fun(*this, &Row::close));
+        insert_action_group("source", actions);
+
+        const auto click = Gtk::GestureClick::create();
+        click->set_button(GDK_BUTTON_SECONDARY);
+        click->signal_pressed().connect(sigc::mem_fun(*this, &Row::showMenu));
+        add_controller(click);
+        const auto keys = Gtk::ShortcutController::create();
+        keys->add_shortcut(
+            Gtk::Shortcut::create(Gtk::ShortcutTrigger::parse_string("<Shift>F10|Menu"),
+                                  Gtk::CallbackAction::create(sigc::mem_fun(*this, &Row::showMenuByKey))));
+        keys->add_shortcut(
+            Gtk::Shortcut::create(Gtk::ShortcutTrigger::parse_string("Delete"),
+                                  Gtk::CallbackAction::create(sigc::mem_fun(*this, &Row::closeByKey))));
+        add_controller(keys);
+    }
+    ~Row() override { menu_.unparent(); }
+
+    AppModel::CollectionID id() const noexcept { return id_; }
+
+    void show(const MailCore::MailCollection& collection, const Preferences& preferences) {
+        const bool archive = collection.kind == "MBOX" || collection.kind == "Maildir";
+        icon_.set_from_icon_name(archive ? "package-x-generic-symbolic" : "mail-unread-symbolic");
+        const std::string name = displayedName(collection.url);
+        const std::string count =
+            std::to_string(collection.entries.size()) + preferences.text(Texts::messageCount);
+        name_.set_text(name);
+        count_.set_text(count);
+        set_tooltip_text(collection.url.isFile() ? displayedPath(collection.url) : name);
+        close_.set_tooltip_text(preferences.text(Texts::closeFile));
+        const auto menu = Gio::Menu::create();
+        menu->append(preferences.text(Texts::closeFile), "source.close");
+        menu_.set_menu_model(menu);
+        gtk_accessible_update_property(GTK_ACCESSIBLE(gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
+                                       (name + ", " + count).c_str(), -1);
+        gtk_accessible_update_property(GTK_ACCESSIBLE(close_.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
+                                       (preferences.text(Texts::closeFile) + " " + name).c_str(), -1);
+    }
+
+private:
+    // The row goes with its collection: whatever handles the event must be done with it first.
+    void close() {
+        Glib::signal_idle().connect_once(sigc::bind(
+            [](AppModel* model, AppModel::CollectionID id) { model->closeCollection(id); }, &model_, id_));
+    }
+    bool closeByKey(Gtk::Widget&, const Glib::VariantBase&) {
+        close();
+        return true;
+    }
+    void showMenu(int, double x, double y) {
+        menu_.set_pointing_to(Gdk::Rectangle(static_cast<int>(x), static_cast<int>(y), 1, 1));
+        menu_.popup();
+    }
+    bool showMenuByKey(Gtk::Widget&, const Glib::VariantBase&) {
+        showMenu(1, 24, get_height() / 2.0);
+        return true;
+    }
+
+    AppModel& model_;
+    AppModel::CollectionID id_;
+    Gtk::Box content_{Gtk::Orientation::HORIZONTAL, 10};
+    Gtk::Image icon_;
+    Gtk::Box texts_{Gtk::Orientation::VERTICAL, 1};
+    Gtk::Label name_;
+    Gtk::Label count_;
+    Gtk::Button close_;
+    Gtk::PopoverMenu menu_{Glib::RefPtr<Gio::MenuModel>()};
+};
+
+Sidebar::Sidebar(AppModel& model) : Gtk::Box(Gtk::Orientation::VERTICAL), model_(model) {
+    add_css_class("sidebar-pane");
+    menu_.set_icon_name("open-menu-symbolic");
+    menu_.set_primary(true);
+    header_.packStart(open_.widget());
+    header_.packEnd(menu_);
+    append(header_.widget());
+
+    heading_.set_xalign(0);
+    heading_.add_css_class("sidebar-heading");
+    append(heading_);
+
+    list_.add_css_class("navigation-sidebar");
+    list_.set_selection_mode(Gtk::SelectionMode::SINGLE);
+    list_.signal_row_selected().connect(sigc::mem_fun(*this, &Sidebar::choose));
+    list_.signal_row_activated().connect([this](Gtk::ListBoxRow*) { chosen_.emit(); });
+    scroller_.set_child(list_);
+    scroller_.set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
+    scroller_.set_vexpand(true);
+    append(scroller_);
+
+    openIcon_.set_from_icon_name("list-add-symbolic");
+    openContent_.append(openIcon_);
+    openContent_.append(openLabel_);
+    openFiles_.set_child(openContent_);
+    openFiles_.add_css_class("flat");
+    openFiles_.set_margin(6);
+    openFiles_.signal_clicked().connect(sigc::mem_fun(model_, &AppModel::chooseFiles));
+    append(openFiles_);
+
+    model_.collections.signalChanged().connect(sigc::mem_fun(*this, &Sidebar::showCollections));
+    model_.selectedCollection.signalChanged().connect(sigc::mem_fun(*this, &Sidebar::showSelection));
+    model_.preferences().signalChanged().connect(sigc::mem_fun(*this, &Sidebar::showTexts));
+    showTexts();
+}
+
+void Sidebar::showTexts() {
+    const Preferences& preferences = model_.preferences();
+    header_.setTitle(preferences.text(Texts::applicationName));
+    heading_.set_text(preferences.text(Texts::openedFiles));
+    openLabel_.set_text(preferences.text(Texts::openFiles));
+    open_.setTexts(preferences.text(Texts::openHelp), preferences.text(Texts::openMore),
+                   openMenu(preferences));
+    menu_.set_tooltip_text(preferences.text(Texts::menu));
+    menu_.set_menu_model(mainMenu(preferences));
+    gtk_accessible_update_property(GTK_ACCESSIBLE(list_.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
+                                   preferences.text(Texts::openedFiles).c_str(), -1);
+    showCollections();
+}
+
+// Rows are few; they are made anew only when other sources are open, so that a growing one keeps its row.
+void Sidebar::showCollections() {
+    const bool before = std::exchange(updating_, true);
+    const auto& collections = *model_.collections;
+    std::vector<AppModel::CollectionID> ids;
+    for (const auto& collection : collections) ids.push_back(collection.id);
+    if (ids != shown_) {
+        while (Gtk::ListBoxRow* const row = list_.get_row_at_index(0)) list_.remove(*row);
+        for (const auto& id : ids) list_.append(*Gtk::make_managed<Row>(model_, id));
+        shown_ = std::move(ids);
+    }
+    for (std::size_t at = 0; at < collections.size(); ++at)
+        static_cast<Row*>(list_.get_row_at_index(static_cast<int>(at)))
+            ->show(collections[at], model_.preferences());
+    updating_ = before;
+    showSelection();
+}
+
+void Sidebar::showSelection() {
+    const bool before = std::exchange(updating_, true);
+    const auto found =
+        *model_.selectedCollection ? std::ranges::find(shown_, **model_.selectedCollection) : shown_.end();
+    if (found == shown_.end())
+        list_.unselect_all();
+    else
+        list_.select_row(*list_.get_row_at_index(static_cast<int>(found - shown_.begin())));
+    updating_ = before;
+}
+
+void Sidebar::choose(Gtk::ListBoxRow* row) {
+    if (updating_ || !row) return;
+    const AppModel::CollectionID id = static_cast<Row*>(row)->id();
+    if (*model_.selectedCollection != id) model_.selectCollection(id);
+}
+
+} // namespace TesselMail

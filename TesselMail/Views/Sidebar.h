@@ -1,0 +1,45 @@
+#pragma once
+
+#include "TesselMail/Model/AppModel.h"
+#include "TesselMail/Views/AdwaitaWidgets.h"
+
+#include <gtkmm.h>
+
+#include <vector>
+
+namespace TesselMail {
+
+/// The open sources: one row each, in opening order. `model` outlives it.
+class Sidebar : public Gtk::Box {
+public:
+    explicit Sidebar(AppModel& model);
+
+    Adwaita::HeaderBar& header() noexcept { return header_; }
+    /// Emitted when people choose a source, also the one that is selected already.
+    sigc::signal<void()>& signalChosen() noexcept { return chosen_; }
+
+private:
+    class Row;
+
+    void showTexts();
+    void showCollections();
+    void showSelection();
+    void choose(Gtk::ListBoxRow* row);
+
+    AppModel& model_;
+    Adwaita::HeaderBar header_;
+    Adwaita::OpenButton open_;
+    Gtk::MenuButton menu_;
+    Gtk::Label heading_;
+    Gtk::ScrolledWindow scroller_;
+    Gtk::ListBox list_;
+    Gtk::Button openFiles_;
+    Gtk::Box openContent_{Gtk::Orientation::HORIZONTAL, 8};
+    Gtk::Image openIcon_;
+    Gtk::Label openLabel_;
+    sigc::signal<void()> chosen_;
+    std::vector<AppModel::CollectionID> shown_; // the sources the rows stand for
+    bool updating_ = false;                     // rows change because the model did
+};
+
+} // namespace TesselMail

@@ -1,0 +1,115 @@
+#include "TesselMail/Views/WebMailPage.h"
+
+#include "TesselMail/Platform/InterfaceThread.h"
+
+#include <gtk/gtk.h>
+
+#include <memory>
+#include <utility>
+
+namespace TesselMail {
+namespace {
+
+constexpr const char* scriptWorld = "TesselMail";
+
+constexpr std::string_view updateScript = R"(if (replace) {
+  const fragment = document.createElement('template');
+  fragment.innerHTML = body;
+  window.getSelection()?.removeAllRanges();
+  const wrapper = document.createElement('div');
+  wrapper.className = 'mail-content';
+  wrapper.append(fragment.content);
+  document.body.replaceChildren(wrapper);
+  document.getElementById('mail-styles').textContent = stylesheet;
+  window.scrollTo(0, 0);
+}
+document.documentElement.dataset.theme = dark ? 'dark' : 'light';
+document.documentElement.style.setProperty('--paper', paper);
+document.body.style.fontSize = fontSize + 'px';
+document.documentElement.style.setProperty('--mail-scale', fontSize / 16);
+return true;)";
+
+constexpr std::string_view locateScript =
+    "const a=[...document.links].find(a=>a.getAttribute('href')===href); if(!a)return null; const "
+    "r=a.getBoundingClientRect(); return {x:r.x,y:r.y,width:r.width,height:r.height};";
+
+// One value of the page, or nothing when the script failed.
+using Answer = std::function<void(JSCValue*)>;
+
+// When the page's process dies, its running script fails first and the termination is told afterwards. The
+// turn in between lets the coordinator hear of the termination first, which is what people should be told.
+void answered(GObject* view, GAsyncResult* result, gpointer answer) noexcept {
+    const std::unique_ptr<Answer> owned(static_cast<Answer*>(answer));
+    GError* error = nullptr;
+    const auto value = ObjectRef<JSCValue>::adopt(
+        webkit_web_view_call_async_javascript_function_finish(WEBKIT_WEB_VIEW(view), result, &error));
+    if (!error) return (*owned)(value.get());
+    g_error_free(error);
+    InterfaceThread::post([answer = std::move(*owned)] { answer(nullptr); });
+}
+
+void call(WebKitWebView* view, std::string_view script, GVariant* arguments, Answer answer) {
+    auto owned = std::make_unique<Answer>(std::move(answer));
+    webkit_web_view_call_async_javascript_function(view, script.data(), static_cast<gssize>(script.size()),
+                                                   arguments, scriptWorld, nullptr, nullptr, answered,
+                                                   owned.release());
+}
+
+GVariant* text(std::string value) {
+    std::erase(value, '\0'); // which no argument can carry
+    return g_variant_new_string(value.c_str());
+}
+
+// The web view takes no booleans as arguments.
+GVariant* flag(bool value) {
+    return g_variant_new_double(value ? 1 : 0);
+}
+
+std::optional<PageRectangle> rectangleOf(JSCValue* value) {
+    if (!value || !jsc_value_is_object(value)) return std::nullopt;
+    const auto number = [value](const char* name) {
+        const auto property = ObjectRef<JSCValue>::adopt(jsc_value_object_get_property(value, name));
+        return jsc_value_to_double(property.get());
+    };
+    return PageRectangle{number("x"), number("y"), number("width"), number("height")};
+}
+
+} // namespace
+
+void WebMailPage::load(std::string html, std::uint64_t navigation) {
+    navigation_ = navigation;
+    webkit_web_view_load_html(view_.get(), html.c_str(), nullptr);
+}
+
+void WebMailPage::stopLoading() {
+    webkit_web_view_stop_loading(view_.get());
+}
+
+void WebMailPage::update(PageUpdate update, std::function<void(bool)> answer) {
+    GVariantDict arguments;
+    g_variant_dict_init(&arguments, nullptr);
+    g_variant_dict_insert_value(&arguments, "body", text(std::move(update.body)));
+    g_variant_dict_insert_value(&arguments, "stylesheet", text(std::move(update.stylesheet)));
+    g_variant_dict_insert_value(&arguments, "replace", flag(update.replace));
+    g_variant_dict_insert_value(&arguments, "dark", flag(update.dark));
+    g_variant_dict_insert_value(&arguments, "paper", text(std::move(update.paper)));
+    g_variant_dict_insert_value(&arguments, "fontSize", g_variant_new_double(update.fontSize));
+    call(view_.get(), updateScript, g_variant_dict_end(&arguments),
+         [answer = std::move(answer)](JSCValue* value) { answer(value != nullptr); });
+}
+
+void WebMailPage::locateLink(std::string href, std::function<void(std::optional<PageRectangle>)> answer) {
+    GVariantDict arguments;
+    g_variant_dict_init(&arguments, nullptr);
+    g_variant_dict_insert_value(&arguments, "href", text(std::move(href)));
+    call(view_.get(), locateScript, g_variant_dict_end(&arguments),
+         [answer = std::move(answer)](JSCValue* value) { answer(rectangleOf(value)); });
+}
+
+PageRectangle WebMailPage::bounds() const {
+    GtkWidget* const widget = GTK_WIDGET(view_.get());
+    return {0, 0, static_cast<double>(gtk_widget_get_width(widget)),
+            static_cast<double>(gtk_widget_get_height(widget))};
+}
+
+} // namespace TesselMail

@@ -1,0 +1,30 @@
+#pragma once
+
+#include "TesselMail/Model/MailWebCoordinator.h"
+#include "TesselMail/Platform/ObjectRef.h"
+
+#include <webkit/webkit.h>
+
+namespace TesselMail {
+
+/// Runs the coordinator's requests in a web view whose page scripts are off: scripts of ours live in a world
+/// of their own.
+class WebMailPage : public MailWebPage {
+public:
+    explicit WebMailPage(ObjectRef<WebKitWebView> view) : view_(std::move(view)) {}
+
+    void load(std::string html, std::uint64_t navigation) override;
+    void stopLoading() override;
+    void update(PageUpdate update, std::function<void(bool)> answer) override;
+    void locateLink(std::string href, std::function<void(std::optional<PageRectangle>)> answer) override;
+    PageRectangle bounds() const override;
+
+    /// The navigation of the last `load`.
+    std::uint64_t navigation() const noexcept { return navigation_; }
+
+private:
+    ObjectRef<WebKitWebView> view_;
+    std::uint64_t navigation_ = 0;
+};
+
+} // namespace TesselMail
