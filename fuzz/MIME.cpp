@@ -1,0 +1,57 @@
+// A whole message: whatever it is, it parses into valid text within the limits, or is refused.
+#include "MailCore/MIME/MIME.h"
+
+#include "MailCore/Model/Limits.h"
+#include "MailCore/Model/MailError.h"
+#include "MailCore/Platform/Text.h"
+
+#include <cstdlib>
+
+using namespace MailCore;
+
+namespace {
+
+void check(bool holds) {
+    if (!holds) std::abort();
+}
+
+void checkText(std::string_view text) {
+    check(Text::isValid(bytesOf(text)));
+}
+
+void checkBody(std::string_view body) {
+    checkText(body);
+    // Preformatted text grows by up to five characters for one, and is then no longer cut.
+    check(body.size() <= 6 * static_cast<std::size_t>(Limits::rendered) + 64);
+}
+
+} // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
+    const auto* start = reinterpret_cast<const std::byte*>(data);
+    const Bytes message(start, start + size);
+    const MIME::Split halves = MIME::split(message);
+    check(halves.body.empty() ||
+          (halves.body.data() > message.data() &&
+           halves.body.data() + halves.body.size() == message.data() + message.size()));
+    try {
+        const MailMessage parsed = MIME::parse(message, never);
+        check(parsed.headers == halves.headers);
+        for (const std::string_view text : {std::string_view(parsed.subject), std::string_view(parsed.from),
+                                            std::string_view(parsed.to), std::string_view(parsed.cc)}) {
+            checkText(text);
+        }
+        checkBody(parsed.plain);
+        checkBody(parsed.html);
+        check(parsed.attachments.size() <= static_cast<std::size_t>(Limits::parts));
+        for (const MailAttachment& attachment : parsed.attachments) {
+            checkText(attachment.name);
+            check(!attachment.name.empty() && attachment.name.find('/') == std::string::npos);
+            check(attachment.bytes.size() <= message.size());
+            check(attachment.available || attachment.bytes.empty());
+        }
+    } catch (const MailError& error) {
+        check(error == MailError::malformed || error == MailError::tooMany || error == MailError::tooLarge);
+    }
+    return 0;
+}
