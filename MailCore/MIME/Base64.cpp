@@ -41,10 +41,45 @@ std::byte* store(std::byte* out, std::uint32_t bits) noexcept {
     return out + 3;
 }
 
+constexpr std::size_t slack = 2; // bytes that storing two groups at once writes too many
+
+/// Stores two groups, in a form that compilers turn into one instruction for eight bytes.
+std::byte* store(std::byte* out, std::uint32_t one, std::uint32_t two) noexcept {
+    const std::uint64_t bits = (std::uint64_t{one} << 24 | two) << 16;
+    for (unsigned index = 0; index < 8; ++index)
+        out[index] = static_cast<std::byte>(bits >> (56 - 8 * index));
+    return out + 6;
+}
+
+/// Decodes whole groups in clean lines ended by CRLF or LF, until something else comes; moves `at` and `out`.
+void decodeLines(const unsigned char*& at, const unsigned char* end, std::byte*& out) noexcept {
+    for (;;) {
+        while (end - at >= 8) {
+            const std::uint32_t one = group(at);
+            const std::uint32_t two = group(at + 4);
+            if (((one | two) & foreign) != 0) break;
+            out = store(out, one, two);
+            at += 8;
+        }
+        if (end - at < 6) return; // a group and a line end
+        if (const std::uint32_t last = group(at); (last & foreign) == 0) {
+            out = store(out, last);
+            at += 4;
+        }
+        if (at[0] == '\r' && at[1] == '\n') {
+            at += 2;
+        } else if (at[0] == '\n') {
+            at += 1;
+        } else {
+            return;
+        }
+    }
+}
+
 } // namespace
 
 std::optional<Bytes> decode(std::string_view text) {
-    Bytes result(text.size() / 4 * 3 + 3);
+    Bytes result(text.size() / 4 * 3 + 3 + slack);
     std::byte* out = result.data();
     const auto* at = reinterpret_cast<const unsigned char*>(text.data());
     const unsigned char* const end = at + text.size();
@@ -53,13 +88,7 @@ std::optional<Bytes> decode(std::string_view text) {
     unsigned padding = 0;
     while (at != end) {
         if (pending == 0 && padding == 0) {
-            while (end - at >= 8) {
-                const std::uint32_t one = group(at);
-                const std::uint32_t two = group(at + 4);
-                if (((one | two) & foreign) != 0) break;
-                out = store(store(out, one), two);
-                at += 8;
-            }
+            decodeLines(at, end, out);
             if (at == end) break;
         }
         const unsigned char character = *at++;

@@ -5,14 +5,24 @@
 
 namespace MailCore::MIME {
 
+namespace {
+
+/// The next "=", or in a header the next "_" when that comes first; the end of `text` when there is none.
+std::size_t nextSpecial(std::string_view text, std::size_t at, bool header) noexcept {
+    if (!header) return std::min(text.find('=', at), text.size());
+    while (at < text.size() && text[at] != '=' && text[at] != '_') ++at;
+    return at;
+}
+
+} // namespace
+
 Bytes quotedPrintable(ByteView bytes, bool header) {
     const std::string_view text = charsOf(bytes);
     Bytes result(text.size()); // an escape only ever shrinks
     auto* out = reinterpret_cast<char*>(result.data());
     std::size_t at = 0;
     while (at < text.size()) {
-        const std::size_t found =
-            std::min(header ? text.find_first_of("=_", at) : text.find('=', at), text.size());
+        const std::size_t found = nextSpecial(text, at, header);
         out = std::copy_n(text.data() + at, found - at, out);
         at = found;
         if (at == text.size()) break;
