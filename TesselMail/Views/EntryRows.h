@@ -19,7 +19,7 @@ private:
 };
 
 /// The listed messages as a list model over the model's own list, which it shares and does not copy.
-class EntryRows : public Glib::Object, public Gio::ListModel {
+class EntryRows : public Gio::ListModel, public Glib::Object { // in this order: a type gets its interfaces first
 public:
     static Glib::RefPtr<EntryRows> create();
 

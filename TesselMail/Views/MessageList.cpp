@@ -1,5 +1,6 @@
 #include "TesselMail/Views/MessageList.h"
 
+#include "TesselMail/Views/DisplayText.h"
 #include "TesselMail/Views/MessageRow.h"
 
 #include <algorithm>
@@ -36,6 +37,7 @@ MessageList::MessageList(AppModel& model)
 
     scroller_.set_child(list_);
     scroller_.set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
+    stack_.set_hhomogeneous(false);
     stack_.add(scroller_, "list");
     stack_.add(empty_.widget(), "empty");
     stack_.set_vexpand(true);
@@ -72,9 +74,7 @@ void MessageList::showTitle() {
     const MailCore::MailCollection* const collection = model_.active();
     const Preferences& preferences = model_.preferences();
     header_.setTitle(preferences.text(Texts::messages),
-                     collection
-                         ? std::to_string(collection->entries.size()) + preferences.text(Texts::messageCount)
-                         : std::string());
+                     collection ? displayedName(collection->url) : std::string());
     stack_.set_visible_child(collection && collection->entries.empty() ? "empty" : "list");
 }
 

@@ -9,11 +9,11 @@ namespace {
 
 constexpr std::size_t longestShown = 200; // characters; more never fits a row
 
-void setUpLine(Gtk::Inscription& line, unsigned characters) {
+void setUpLine(Gtk::Inscription& line) {
     line.set_min_lines(1);
     line.set_nat_lines(1);
     line.set_min_chars(8);
-    line.set_nat_chars(characters);
+    line.set_nat_chars(20);
     line.set_xalign(0);
     line.set_hexpand(true);
     line.set_text_overflow(Gtk::Inscription::Overflow::ELLIPSIZE_END);
@@ -24,7 +24,7 @@ void setUpLine(Gtk::Inscription& line, unsigned characters) {
 MessageRow::MessageRow() : Gtk::Box(Gtk::Orientation::VERTICAL, 2) {
     add_css_class("message-row");
     for (Gtk::Inscription* const line : {&sender_, &subject_, &date_}) {
-        setUpLine(*line, 30);
+        setUpLine(*line);
         append(*line);
     }
     sender_.add_css_class("message-sender");

@@ -19,7 +19,7 @@ ReadingPane::ReadingPane(AppModel& model)
     : Gtk::Box(Gtk::Orientation::VERTICAL), model_(model), messageHeader_(model), attachments_(model),
       self_(std::make_shared<ReadingPane*>(this)) {
     add_css_class("reading-pane");
-    details_.set_icon_name("dialog-information-symbolic");
+    details_.set_icon_name("help-about-symbolic");
     gtk_actionable_set_action_name(GTK_ACTIONABLE(details_.gobj()), "win.details");
     export_.set_icon_name("document-save-as-symbolic");
     gtk_actionable_set_action_name(GTK_ACTIONABLE(export_.gobj()), "win.export-original");

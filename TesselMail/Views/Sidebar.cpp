@@ -34,27 +34,12 @@ public:
         set_child(content_);
         add_css_class("source-row");
 
-        menu_.set_parent(*this);
-        menu_.set_has_arrow(false);
-        menu_.set_halign(Gtk::Align::START);
-        const auto actions = Gio::SimpleActionGroup::create();
-        actions->add_action("close", sigc::mem_fun(*this, &Row::close));
-        insert_action_group("source", actions);
-
-        const auto click = Gtk::GestureClick::create();
-        click->set_button(GDK_BUTTON_SECONDARY);
-        click->signal_pressed().connect(sigc::mem_fun(*this, &Row::showMenu));
-        add_controller(click);
         const auto keys = Gtk::ShortcutController::create();
-        keys->add_shortcut(
-            Gtk::Shortcut::create(Gtk::ShortcutTrigger::parse_string("<Shift>F10|Menu"),
-                                  Gtk::CallbackAction::create(sigc::mem_fun(*this, &Row::showMenuByKey))));
         keys->add_shortcut(
             Gtk::Shortcut::create(Gtk::ShortcutTrigger::parse_string("Delete"),
                                   Gtk::CallbackAction::create(sigc::mem_fun(*this, &Row::closeByKey))));
         add_controller(keys);
     }
-    ~Row() override { menu_.unparent(); }
 
     AppModel::CollectionID id() const noexcept { return id_; }
 
@@ -68,31 +53,21 @@ public:
         count_.set_text(count);
         set_tooltip_text(collection.url.isFile() ? displayedPath(collection.url) : name);
         close_.set_tooltip_text(preferences.text(Texts::closeFile));
-        const auto menu = Gio::Menu::create();
-        menu->append(preferences.text(Texts::closeFile), "source.close");
-        menu_.set_menu_model(menu);
         gtk_accessible_update_property(GTK_ACCESSIBLE(gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
                                        (name + ", " + count).c_str(), -1);
         gtk_accessible_update_property(GTK_ACCESSIBLE(close_.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
                                        (preferences.text(Texts::closeFile) + " " + name).c_str(), -1);
     }
 
-private:
     // The row goes with its collection: whatever handles the event must be done with it first.
     void close() {
         Glib::signal_idle().connect_once(sigc::bind(
             [](AppModel* model, AppModel::CollectionID id) { model->closeCollection(id); }, &model_, id_));
     }
+
+private:
     bool closeByKey(Gtk::Widget&, const Glib::VariantBase&) {
         close();
-        return true;
-    }
-    void showMenu(int, double x, double y) {
-        menu_.set_pointing_to(Gdk::Rectangle(static_cast<int>(x), static_cast<int>(y), 1, 1));
-        menu_.popup();
-    }
-    bool showMenuByKey(Gtk::Widget&, const Glib::VariantBase&) {
-        showMenu(1, 24, get_height() / 2.0);
         return true;
     }
 
@@ -104,7 +79,6 @@ private:
     Gtk::Label name_;
     Gtk::Label count_;
     Gtk::Button close_;
-    Gtk::PopoverMenu menu_{Glib::RefPtr<Gio::MenuModel>()};
 };
 
 Sidebar::Sidebar(AppModel& model) : Gtk::Box(Gtk::Orientation::VERTICAL), model_(model) {
@@ -123,6 +97,7 @@ Sidebar::Sidebar(AppModel& model) : Gtk::Box(Gtk::Orientation::VERTICAL), model_
     list_.set_selection_mode(Gtk::SelectionMode::SINGLE);
     list_.signal_row_selected().connect(sigc::mem_fun(*this, &Sidebar::choose));
     list_.signal_row_activated().connect([this](Gtk::ListBoxRow*) { chosen_.emit(); });
+    setUpMenu();
     scroller_.set_child(list_);
     scroller_.set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
     scroller_.set_vexpand(true);
@@ -143,9 +118,53 @@ Sidebar::Sidebar(AppModel& model) : Gtk::Box(Gtk::Orientation::VERTICAL), model_
     showTexts();
 }
 
+Sidebar::~Sidebar() { rowMenu_.unparent(); }
+
+void Sidebar::setUpMenu() {
+    rowMenu_.set_parent(list_);
+    rowMenu_.set_has_arrow(false);
+    rowMenu_.set_halign(Gtk::Align::START);
+    const auto actions = Gio::SimpleActionGroup::create();
+    actions->add_action("close", sigc::mem_fun(*this, &Sidebar::closeMenuRow));
+    list_.insert_action_group("source", actions);
+
+    const auto click = Gtk::GestureClick::create();
+    click->set_button(GDK_BUTTON_SECONDARY);
+    click->signal_pressed().connect(sigc::mem_fun(*this, &Sidebar::showMenu));
+    list_.add_controller(click);
+    const auto keys = Gtk::ShortcutController::create();
+    keys->add_shortcut(
+        Gtk::Shortcut::create(Gtk::ShortcutTrigger::parse_string("<Shift>F10|Menu"),
+                              Gtk::CallbackAction::create(sigc::mem_fun(*this, &Sidebar::showMenuByKey))));
+    list_.add_controller(keys);
+}
+
+void Sidebar::showMenu(int, double x, double y) {
+    auto* const row = static_cast<Row*>(list_.get_row_at_y(static_cast<int>(y)));
+    if (!row) return;
+    menuRow_ = row->id();
+    rowMenu_.set_pointing_to(Gdk::Rectangle(static_cast<int>(x), static_cast<int>(y), 1, 1));
+    rowMenu_.popup();
+}
+
+bool Sidebar::showMenuByKey(Gtk::Widget&, const Glib::VariantBase&) {
+    auto* const row = dynamic_cast<Row*>(get_root()->get_focus());
+    if (!row) return false;
+    const Gtk::Allocation place = row->get_allocation();
+    showMenu(1, place.get_x() + 24, place.get_y() + place.get_height() / 2.0);
+    return true;
+}
+
+void Sidebar::closeMenuRow() {
+    if (menuRow_) model_.closeCollection(*std::exchange(menuRow_, std::nullopt));
+}
+
 void Sidebar::showTexts() {
     const Preferences& preferences = model_.preferences();
     header_.setTitle(preferences.text(Texts::applicationName));
+    const auto rowMenu = Gio::Menu::create();
+    rowMenu->append(preferences.text(Texts::closeFile), "source.close");
+    rowMenu_.set_menu_model(rowMenu);
     heading_.set_text(preferences.text(Texts::openedFiles));
     openLabel_.set_text(preferences.text(Texts::openFiles));
     open_.setTexts(preferences.text(Texts::openHelp), preferences.text(Texts::openMore),

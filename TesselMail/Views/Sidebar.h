@@ -5,6 +5,7 @@
 
 #include <gtkmm.h>
 
+#include <optional>
 #include <vector>
 
 namespace TesselMail {
@@ -13,6 +14,7 @@ namespace TesselMail {
 class Sidebar : public Gtk::Box {
 public:
     explicit Sidebar(AppModel& model);
+    ~Sidebar() override;
 
     Adwaita::HeaderBar& header() noexcept { return header_; }
     /// Emitted when people choose a source, also the one that is selected already.
@@ -25,6 +27,10 @@ private:
     void showCollections();
     void showSelection();
     void choose(Gtk::ListBoxRow* row);
+    void setUpMenu();
+    void showMenu(int presses, double x, double y);
+    bool showMenuByKey(Gtk::Widget& list, const Glib::VariantBase& arguments);
+    void closeMenuRow();
 
     AppModel& model_;
     Adwaita::HeaderBar header_;
@@ -37,6 +43,8 @@ private:
     Gtk::Box openContent_{Gtk::Orientation::HORIZONTAL, 8};
     Gtk::Image openIcon_;
     Gtk::Label openLabel_;
+    Gtk::PopoverMenu rowMenu_{Glib::RefPtr<Gio::MenuModel>()};
+    std::optional<AppModel::CollectionID> menuRow_; // the source the menu was opened for
     sigc::signal<void()> chosen_;
     std::vector<AppModel::CollectionID> shown_; // the sources the rows stand for
     bool updating_ = false;                     // rows change because the model did
