@@ -153,8 +153,9 @@ public:
     };
 
     const Output* find(std::string_view text) const noexcept {
+        if (text.empty()) return nullptr;
         const Entry& entry = entries_[slot(text)];
-        return !text.empty() && entry.text == text ? &entry.output : nullptr;
+        return entry.text == text ? &entry.output : nullptr;
     }
     void remember(std::string_view text, const Output& output) noexcept {
         if (!text.empty()) entries_[slot(text)] = {text, output};

@@ -70,23 +70,22 @@ private:
     bool inTag_ = false;
 };
 
-/// The first match at `at`, where "<" stands, of `(?is)<(script|style|head)\b[^>]*>.*?</\1\s*>`, for the one
-/// name that `closing` looks for; its end, 0 when there is none.
+/// Where `(?is)<(script|style|head)\b[^>]*>.*?</\1\s*>` ends when it begins at `at`, where "<" stands, with
+/// the one name that `closing` looks for; 0 when it does not match. A ">" follows somewhere.
 std::size_t unsearchedEnd(std::string_view html, std::size_t at, ClosingTags& closing) noexcept {
     if (closing.exhausted()) return 0; // so that at most one search for ">" is in vain
     const auto nameEnd = Markup::foldedName(html, at + 1, closing.name());
     if (!nameEnd || !wordEnds(html, *nameEnd)) return 0;
-    const std::size_t tagEnd = html.find('>', *nameEnd);
-    if (tagEnd == npos) return 0;
-    const auto found = closing.after(tagEnd + 1);
+    const auto found = closing.after(html.find('>', *nameEnd) + 1);
     return found ? found->end : 0;
 }
 
 std::string textOf(std::string_view html) {
     TextBetweenTags text(html.size());
     ClosingTags closings[] = {{html, "script"}, {html, "style"}, {html, "head"}};
+    const std::size_t lastEnd = html.rfind('>');
     std::size_t copied = 0;
-    for (std::size_t at = html.find('<'); at != npos; at = html.find('<', at)) {
+    for (std::size_t at = html.find('<'); at < lastEnd && lastEnd != npos; at = html.find('<', at)) {
         std::size_t end = 0;
         for (ClosingTags& closing : closings) {
             if (end == 0) end = unsearchedEnd(html, at, closing);

@@ -111,6 +111,7 @@ TEST(SafeHTML, KeepsOnlyCheckedAttributes) {
         {"handlers and unknown ones", "<p onclick=alert(1) title=x data-a=b>x</p>", "<p>x</p>"},
         {"order of writing", "<td border=1 dir=ltr id=a class=b style='width:1px' colspan=2>x</td>",
          "<td style=\"width:1px\" class=\"m-b\" id=\"m-a\" dir=\"ltr\" colspan=\"2\" border=\"1\">x</td>"},
+        {"no values", "<p style class id dir width>x</p>", "<p>x</p>"},
         {"the first of a name", "<p dir=ltr dir=rtl>x</p>", "<p dir=\"ltr\">x</p>"},
         {"values are decoded", "<p class='a&#32;b' dir='r&#116;l'>x</p>",
          "<p class=\"m-a m-b\" dir=\"rtl\">x</p>"},
