@@ -2,6 +2,7 @@
 
 #include "MailCore/Platform/Text.h"
 #include "MailCore/Rendering/Markup.h"
+#include "MailCore/Rendering/NameTable.h"
 
 #include <algorithm>
 
@@ -18,6 +19,7 @@ constexpr auto names = std::to_array<std::string_view>({
 static_assert(names.size() == static_cast<std::size_t>(AttributeName::count));
 static_assert(std::ranges::is_sorted(names));
 
+constexpr NameTable<names.size()> nameTable([](std::size_t index) { return names[index]; });
 constexpr std::size_t longestName = std::ranges::max_element(names, {}, &std::string_view::size)->size();
 constexpr int mostAttributes = 80;
 
@@ -27,9 +29,7 @@ std::optional<std::size_t> indexOf(std::string_view name) noexcept {
     if (name.size() > buffer.size()) return std::nullopt;
     std::ranges::transform(name, buffer.begin(), [](char byte) { return Text::lowered(byte); });
     const std::string_view lowered(buffer.data(), name.size());
-    const auto found = std::ranges::lower_bound(names, lowered);
-    if (found == names.end() || *found != lowered) return std::nullopt;
-    return static_cast<std::size_t>(found - names.begin());
+    return nameTable.find(lowered);
 }
 
 } // namespace

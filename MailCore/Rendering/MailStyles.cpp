@@ -3,6 +3,7 @@
 #include "MailCore/Platform/Text.h"
 #include "MailCore/Rendering/ElementAttributes.h"
 #include "MailCore/Rendering/Markup.h"
+#include "MailCore/Rendering/NameTable.h"
 #include "MailCore/Rendering/ShortestNumber.h"
 
 #include <unicode/uchar.h>
@@ -180,13 +181,16 @@ constexpr auto namedColors = std::to_array<NamedColor>({
 static_assert(std::ranges::is_sorted(properties, {}, &Property::name));
 static_assert(std::ranges::is_sorted(namedColors, {}, &NamedColor::name));
 
+constexpr NameTable<properties.size()> propertyTable([](std::size_t index) {
+    return properties[index].name;
+});
+
 bool contains(Words words, std::string_view word) noexcept {
     return std::ranges::find(words, word) != words.end();
 }
 
 std::optional<Property> propertyNamed(std::string_view name) noexcept {
-    const auto found = std::ranges::lower_bound(properties, name, {}, &Property::name);
-    if (found != properties.end() && found->name == name) return *found;
+    if (const auto index = propertyTable.find(name)) return properties[*index];
     if (name.starts_with("margin-")) return Property{name, Syntax::signedLengths};
     if (name.starts_with("padding-")) return Property{name, Syntax::lengths};
     return std::nullopt;

@@ -61,26 +61,30 @@ Reference reference(std::string_view text, std::size_t at) noexcept {
     return {end + 1, value, 0};
 }
 
-constexpr auto escapedBytes = [] {
+/// What a byte is written as in HTML; empty for one that stays.
+constexpr auto escapes = [] {
+    std::array<std::string_view, 256> table{};
+    table['&'] = "&amp;";
+    table['<'] = "&lt;";
+    table['>'] = "&gt;";
+    table['"'] = "&quot;";
+    table['\''] = "&#39;";
+    return table;
+}();
+
+constexpr auto isEscaped = [] {
     std::array<bool, 256> table{};
-    for (const char byte : {'&', '<', '>', '"', '\''}) table[static_cast<unsigned char>(byte)] = true;
+    for (std::size_t byte = 0; byte < table.size(); ++byte) table[byte] = !escapes[byte].empty();
     return table;
 }();
 
 std::size_t nextEscaped(std::string_view text, std::size_t at) noexcept {
-    while (at < text.size() && !escapedBytes[static_cast<unsigned char>(text[at])]) ++at;
+    while (at < text.size() && !isEscaped[static_cast<unsigned char>(text[at])]) ++at;
     return at;
 }
 
-void appendEscaped(std::string& out, char byte) {
-    switch (byte) {
-    case '&': out += "&amp;"; break;
-    case '<': out += "&lt;"; break;
-    case '>': out += "&gt;"; break;
-    case '"': out += "&quot;"; break;
-    case '\'': out += "&#39;"; break;
-    default: out += byte;
-    }
+std::string_view escapeOf(char byte) noexcept {
+    return escapes[static_cast<unsigned char>(byte)];
 }
 
 } // namespace
@@ -207,7 +211,7 @@ void appendEscaped(std::string& out, std::string_view text) {
     std::size_t copied = 0;
     for (std::size_t at = nextEscaped(text, 0); at < text.size(); at = nextEscaped(text, at + 1)) {
         out.append(text, copied, at - copied);
-        appendEscaped(out, text[at]);
+        out += escapeOf(text[at]);
         copied = at + 1;
     }
     out.append(text, copied);
@@ -221,17 +225,13 @@ void appendDecodedEscaped(std::string& out, std::string_view text) {
         if (text[at] == '&') {
             if (const Reference found = reference(text, at); found.end != 0) {
                 copied = found.end;
-                if (!found.name.empty()) {
-                    appendEscaped(out, found.name);
-                } else if (found.codePoint < 0x80) {
-                    appendEscaped(out, static_cast<char>(found.codePoint));
-                } else {
-                    Text::append(out, found.codePoint);
-                }
+                std::string number;
+                if (found.name.empty()) Text::append(number, found.codePoint);
+                appendEscaped(out, found.name.empty() ? number : found.name);
                 continue;
             }
         }
-        appendEscaped(out, text[at]);
+        out += escapeOf(text[at]);
     }
     out.append(text, copied);
 }

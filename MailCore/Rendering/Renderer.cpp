@@ -2,6 +2,7 @@
 #include "MailCore/Platform/Text.h"
 #include "MailCore/Rendering/ElementAttributes.h"
 #include "MailCore/Rendering/Markup.h"
+#include "MailCore/Rendering/NameTable.h"
 #include "MailCore/Rendering/SafeHTML.h"
 
 #include <algorithm>
@@ -79,9 +80,10 @@ using ElementID = std::uint8_t; // a place in `elements`
 constexpr std::size_t longestName =
     std::ranges::max(elements, {}, [](const Element& element) { return element.name.size(); }).name.size();
 
+constexpr NameTable<elements.size()> elementTable([](std::size_t index) { return elements[index].name; });
+
 constexpr ElementID idOf(std::string_view name) {
-    return static_cast<ElementID>(std::ranges::lower_bound(elements, name, {}, &Element::name) -
-                                  elements.begin());
+    return static_cast<ElementID>(elementTable.find(name).value());
 }
 constexpr ElementID anchor = idOf("a");
 constexpr ElementID image = idOf("img");
@@ -98,9 +100,9 @@ std::optional<ElementID> elementNamed(std::string_view name) noexcept {
     if (name.empty() || name.size() > buffer.size()) return std::nullopt;
     std::ranges::transform(name, buffer.begin(), [](char byte) { return Text::lowered(byte); });
     const std::string_view lowered(buffer.data(), name.size());
-    const ElementID id = idOf(lowered);
-    if (id == elements.size() || elements[id].name != lowered) return std::nullopt;
-    return id;
+    const auto index = elementTable.find(lowered);
+    if (!index) return std::nullopt;
+    return static_cast<ElementID>(*index);
 }
 
 std::size_t nameLength(std::string_view tag) noexcept {

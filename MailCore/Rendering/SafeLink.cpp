@@ -28,11 +28,25 @@ bool isEscape(std::string_view text, std::size_t at) noexcept {
     return text.size() - at > 2 && Markup::isHexDigit(text[at + 1]) && Markup::isHexDigit(text[at + 2]);
 }
 
-/// Unreserved characters and sub-delimiters (RFC 3986 §2).
-constexpr bool isPlain(char byte) noexcept {
-    return Markup::isLetter(byte) || Markup::isDigit(byte) ||
-           std::string_view("-._~!$&'()*+,;=").find(byte) != npos;
+using ByteSet = std::array<bool, 256>;
+
+constexpr ByteSet alphanumericsAnd(std::string_view others) {
+    ByteSet set{};
+    for (std::size_t byte = 0; byte < set.size(); ++byte) {
+        const char character = static_cast<char>(byte);
+        set[byte] =
+            Markup::isLetter(character) || Markup::isDigit(character) || others.find(character) != npos;
+    }
+    return set;
 }
+
+constexpr bool contains(const ByteSet& set, char byte) noexcept {
+    return set[static_cast<unsigned char>(byte)];
+}
+
+// RFC 3986 §2 and §3: unreserved characters and sub-delimiters, and what may stand behind the host besides.
+constexpr ByteSet hostBytes = alphanumericsAnd("-._~!$&'()*+,;=");
+constexpr ByteSet pathBytes = alphanumericsAnd("-._~!$&'()*+,;=:@/?[]");
 
 /// The lower-case scheme of an address; empty when it does not begin with one.
 std::string schemeOf(std::string_view address) {
@@ -77,7 +91,7 @@ std::optional<std::string> keptAuthority(std::string_view authority) {
         if (host.empty()) return std::nullopt;
     }
     for (std::size_t at = 0; at < host.size(); ++at) {
-        if (!isPlain(host[at]) && !(host[at] == '%' && isEscape(host, at))) return std::nullopt;
+        if (!contains(hostBytes, host[at]) && !(host[at] == '%' && isEscape(host, at))) return std::nullopt;
     }
     const std::string_view port = authority.substr(colon);
     if (!port.empty() && port.find_first_not_of("0123456789", 1) != npos) return std::nullopt;
@@ -93,8 +107,7 @@ void appendEncoded(std::string& out, std::string_view text) {
         const char byte = text[at];
         const bool startsFragment = byte == '#' && !inFragment;
         inFragment = inFragment || startsFragment;
-        if (isPlain(byte) || startsFragment || std::string_view(":@/?[]").find(byte) != npos ||
-            (byte == '%' && isEscape(text, at))) {
+        if (contains(pathBytes, byte) || startsFragment || (byte == '%' && isEscape(text, at))) {
             out += byte;
             continue;
         }
