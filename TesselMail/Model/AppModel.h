@@ -110,14 +110,29 @@ private:
     AppModel(Preferences& preferences, FilePanels& panels);
 
     struct Run;
+
+    /// Where an attachment was found. Its own identity is a new one each time its message is read.
+    struct AttachmentPlace {
+        CollectionID collection;
+        EntryID entry = 0;
+        std::size_t position = 0;
+        bool operator==(const AttachmentPlace&) const = default;
+    };
+    /// An attached message opened from memory.
+    struct MemoryMessage {
+        ArchiveWork::ReadMessage content;
+        std::shared_ptr<const MailCore::Bytes> original; // null when its producer had decoded it
+        AttachmentPlace place;
+    };
+    using SharedAttachment = std::shared_ptr<const MailCore::MailAttachment>;
+
     static Task choose(std::shared_ptr<AppModel> self, OpenPanel::Kind kind);
     static Task openAll(std::shared_ptr<AppModel> self, Run run);
     static Task readEntry(std::shared_ptr<AppModel> self, CollectionID collection,
                           MailCore::SharedEntry entry, MailFileScope scope, CancellationToken token);
-    static Task readAttachment(std::shared_ptr<AppModel> self,
-                               std::shared_ptr<const MailCore::MailAttachment> attachment);
-    static Task storeAttachment(std::shared_ptr<AppModel> self,
-                                std::shared_ptr<const MailCore::MailAttachment> attachment);
+    static Task readAttachment(std::shared_ptr<AppModel> self, SharedAttachment attachment,
+                               AttachmentPlace place);
+    static Task storeAttachment(std::shared_ptr<AppModel> self, SharedAttachment attachment);
     static Task storeOriginal(std::shared_ptr<AppModel> self, MailCore::SharedEntry entry,
                               CollectionID collection);
     static Task order(std::shared_ptr<AppModel> self, CollectionID collection, CancellationToken token);
@@ -138,21 +153,16 @@ private:
     void publishList(ArchiveWork::SharedList list);
     void clearPresentation();
     void show(ArchiveWork::ReadMessage content, CollectionID collection, EntryID entry);
-    void addAttachedMessage(const MailCore::MailAttachment& attachment, ArchiveWork::ReadMessage content);
-    std::shared_ptr<const MailCore::MailAttachment> shownAttachment(MailCore::UUID id) const;
+    void addAttachedMessage(const MailCore::MailAttachment& attachment, AttachmentPlace place,
+                            ArchiveWork::ReadMessage content);
+    AttachmentPlace placeOf(const MailCore::MailAttachment& attachment) const;
+    SharedAttachment shownAttachment(MailCore::UUID id) const;
     void checkDestination(const MailCore::URL& destination) const;
     void fail(const std::exception_ptr& error);
 
     const MailCore::MailCollection* find(CollectionID id) const noexcept;
     MailCore::MailCollection* edit(CollectionID id);
     MailFileScope scopeOf(const MailCore::URL& url) const;
-
-    /// An attached message opened from memory.
-    struct MemoryMessage {
-        ArchiveWork::ReadMessage content;
-        std::shared_ptr<const MailCore::Bytes> original; // null when its producer had decoded it
-        MailCore::UUID attachment;
-    };
 
     Preferences& preferences_;
     FilePanels& panels_;

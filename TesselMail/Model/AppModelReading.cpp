@@ -136,7 +136,7 @@ void AppModel::readingViewFailed(std::optional<MailCore::UUID> identity, std::st
     error.set(std::move(explanation));
 }
 
-std::shared_ptr<const MailAttachment> AppModel::shownAttachment(MailCore::UUID id) const {
+AppModel::SharedAttachment AppModel::shownAttachment(MailCore::UUID id) const {
     if (!currentMessageReady()) return nullptr;
     const auto found = std::ranges::find((*message)->attachments, id, &MailAttachment::id);
     if (found == (*message)->attachments.end() || !found->available) return nullptr;
@@ -147,15 +147,16 @@ void AppModel::previewAttachment(MailCore::UUID id) {
     const auto attachment = shownAttachment(id);
     if (!attachment || !attachment->canPreview()) return;
     const Changing changing(changes_);
+    const AttachmentPlace place = placeOf(*attachment);
     for (const auto& [collection, memory] : memoryMessages_)
-        if (memory.attachment == id) return selectCollection(collection);
+        if (memory.place == place) return selectCollection(collection);
     if (memoryMessages_.size() >= memoryCollections)
         return fail(std::make_exception_ptr(MailError(MailError::tooMany)));
-    readAttachment(shared_from_this(), attachment);
+    readAttachment(shared_from_this(), attachment, place);
 }
 
-Task AppModel::readAttachment(std::shared_ptr<AppModel> self,
-                              std::shared_ptr<const MailAttachment> attachment) {
+Task AppModel::readAttachment(std::shared_ptr<AppModel> self, SharedAttachment attachment,
+                              AttachmentPlace place) {
     const MailCore::UUID version = *self->selectionVersion;
     std::exception_ptr failure;
     ArchiveWork::ReadMessage content;
@@ -168,10 +169,16 @@ Task AppModel::readAttachment(std::shared_ptr<AppModel> self,
     if (failure)
         self->fail(failure);
     else if (self->currentMessageReady() && *self->selectionVersion == version)
-        self->addAttachedMessage(*attachment, std::move(content));
+        self->addAttachedMessage(*attachment, place, std::move(content));
 }
 
-void AppModel::addAttachedMessage(const MailAttachment& attachment, ArchiveWork::ReadMessage content) {
+AppModel::AttachmentPlace AppModel::placeOf(const MailAttachment& attachment) const {
+    const auto position = &attachment - (*message)->attachments.data();
+    return {*displayedCollection_, *displayedEntry_, static_cast<std::size_t>(position)};
+}
+
+void AppModel::addAttachedMessage(const MailAttachment& attachment, AttachmentPlace place,
+                                  ArchiveWork::ReadMessage content) {
     const MailCore::MailMessage& decoded = *content.message;
     const auto base = URL::parse("tessel-mail-message://" + MailCore::UUID::random().text() + "/");
     if (!base) return;
@@ -190,7 +197,7 @@ void AppModel::addAttachedMessage(const MailAttachment& attachment, ArchiveWork:
     collection.kind = "Message";
     collection.entries.push_back(std::make_shared<const MailCore::MessageEntry>(std::move(entry)));
 
-    MemoryMessage memory{.content = std::move(content), .original = nullptr, .attachment = attachment.id};
+    MemoryMessage memory{.content = std::move(content), .original = nullptr, .place = place};
     if (attachment.embedded.empty())
         memory.original = std::make_shared<const MailCore::Bytes>(attachment.bytes);
     const CollectionID id = collection.id;
@@ -204,8 +211,7 @@ void AppModel::saveAttachment(MailCore::UUID id) {
     if (attachment && attachment->embedded.empty()) storeAttachment(shared_from_this(), attachment);
 }
 
-Task AppModel::storeAttachment(std::shared_ptr<AppModel> self,
-                               std::shared_ptr<const MailAttachment> attachment) {
+Task AppModel::storeAttachment(std::shared_ptr<AppModel> self, SharedAttachment attachment) {
     SavePanel panel =
         savePanel(self->preferences_, Texts::saveAttachment, MailCore::safeFilename(attachment->name));
     const std::optional<URL> destination = co_await self->panels_.save(std::move(panel));

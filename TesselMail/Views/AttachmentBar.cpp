@@ -33,7 +33,6 @@ AttachmentBar::AttachmentBar(AppModel& model) : model_(model) {
     buttons_.set_max_children_per_line(12);
     buttons_.set_column_spacing(8);
     buttons_.set_row_spacing(8);
-    buttons_.set_halign(Gtk::Align::START);
     set_child(buttons_);
     set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
     set_propagate_natural_height(true);
@@ -78,6 +77,7 @@ void AttachmentBar::add(const MailCore::MailAttachment& attachment) {
 
     auto* const button = Gtk::make_managed<Gtk::Button>();
     button->set_child(*content);
+    button->set_halign(Gtk::Align::START);
     button->add_css_class("attachment");
     button->set_tooltip_text(action + "\n" + name);
     button->set_sensitive(attachment.available);

@@ -84,6 +84,9 @@ void MainWindow::arrangePanes() {
     sidebar_.set_size_request(230, -1);
     list_.set_size_request(310, -1);
     reader_.set_size_request(350, -1);
+    // Said plainly, because what is in them would like to grow.
+    sidebar_.set_hexpand(false);
+    list_.set_hexpand(false);
     reader_.set_hexpand(true);
     setUpBackButton(backToSources_);
     setUpBackButton(backToList_);

@@ -1,0 +1,201 @@
+#include "tests/Application/ModelFixture.h"
+
+#include "MailCore/Model/MailError.h"
+
+#include <gmock/gmock.h>
+
+namespace TesselMail::Testing {
+namespace {
+
+using testing::ElementsAre;
+using testing::SizeIs;
+
+class Opening : public ModelTest {};
+
+TEST_F(Opening, ListsEverySourceInOrderAndShowsTheFirst) {
+    const URL archive = folder_.write("box.mbox", mailbox({"one", "two", "three"}));
+    folder_.write("Mail/cur/1", Mail().subject("in a folder").text("Hello").string());
+    folder_.write("Mail/new/2", Mail().subject("and new").text("Hello").string());
+    open({archive, letter("a.eml", "a letter"), folder_.url("Mail")});
+
+    EXPECT_THAT(openNames(), ElementsAre("box.mbox", "a.eml", "Mail"));
+    EXPECT_EQ(*model_->selectedCollection, idOf(0));
+    EXPECT_EQ(shownSubject(), "one");
+    EXPECT_THAT(listed(), ElementsAre("three", "two", "one"));
+    EXPECT_EQ(*model_->error, std::nullopt);
+    for (const auto& collection : *model_->collections) EXPECT_FALSE(collection.isIndexing);
+}
+
+TEST_F(Opening, TakesTwentyDistinctFilesOfARequest) {
+    std::vector<URL> urls;
+    for (int number = 0; number < 21; ++number)
+        urls.push_back(letter(std::to_string(number) + ".eml", "letter"));
+    urls.insert(urls.begin() + 1, urls.front());
+    urls.push_back(*URL::parse("https://tessel.example/a.eml"));
+    open(urls);
+    EXPECT_THAT(*model_->collections, SizeIs(20));
+    EXPECT_EQ(openNames().back(), "19.eml");
+}
+
+TEST_F(Opening, OrdersByDateInBothDirectionsWithUndatedMessagesLast) {
+    std::string content = mailbox({"first", "second"});
+    content += "From x Mon Jan  1 10:00:00 2024\nSubject: undated\n\nHello\n\n" + mailbox({"first again"});
+    open({folder_.write("box.mbox", content)});
+    EXPECT_THAT(listed(), ElementsAre("second", "first", "first again", "undated"));
+    model_->setNewestFirst(false);
+    waitUntil([this] { return listed().front() != "second"; });
+    EXPECT_THAT(listed(), ElementsAre("first", "first again", "second", "undated"));
+}
+
+TEST_F(Opening, GoesBackToAnUnchangedSourceInsteadOfReadingItAgain) {
+    const URL archive = folder_.write("box.mbox", mailbox({"one", "two"}));
+    open({archive});
+    const auto id = idOf(0);
+    model_->select(1);
+    settle();
+    open({letter("a.eml", "a letter")});
+    ASSERT_EQ(shownSubject(), "a letter");
+
+    open({archive});
+    EXPECT_THAT(openNames(), ElementsAre("box.mbox", "a.eml"));
+    EXPECT_EQ(idOf(0), id);
+    EXPECT_EQ(shownSubject(), "two"); // where people were
+}
+
+TEST_F(Opening, ReplacesAChangedSourceAndKeepsItSelected) {
+    struct Case {
+        std::string_view name;
+        std::string file;
+        std::string before;
+        std::string after;
+    };
+    const Case cases[] = {
+        {"an archive", "box.mbox", mailbox({"old"}), mailbox({"new", "newer"})},
+        {"one message", "a.eml", Mail().subject("old").text("1"), Mail().subject("new").text("22")},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        open({folder_.write(c.file, c.before)});
+        const auto id = idOf(0);
+        folder_.write(c.file, c.after);
+        folder_.touch(c.file);
+        // Not the first of the request: the selection follows because the old copy had it.
+        open({letter("other.eml", "other"), folder_.url(c.file)});
+        ASSERT_THAT(*model_->collections, SizeIs(2));
+        model_->selectCollection(idOf(1));
+        settle();
+        EXPECT_NE(idOf(1), id);
+        EXPECT_EQ(shownSubject(), "new");
+        model_->closeAll();
+    }
+}
+
+TEST_F(Opening, KeepsWhatArrivedWhenItIsStopped) {
+    std::vector<std::string> subjects(20'000, "message");
+    const URL archive = folder_.write("box.mbox", mailbox(subjects));
+    const URL other = letter("a.eml", "a letter");
+    struct Case {
+        std::string_view name;
+        std::function<void()> stop;
+        std::size_t open;
+    };
+    const Case cases[] = {
+        {"by people", [this] { model_->cancel(); }, 1},
+        {"by a newer request", [&] { model_->open({other}); }, 2},
+        {"by closing it", [this] { model_->closeCollection(idOf(0)); }, 0},
+        {"by closing all", [this] { model_->closeAll(); }, 0},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        model_->open({archive});
+        waitUntil([this] { return !model_->collections->empty(); });
+        EXPECT_TRUE(model_->collections->front().isIndexing);
+        c.stop();
+        settle();
+        ASSERT_THAT(*model_->collections, SizeIs(c.open));
+        EXPECT_EQ(*model_->error, std::nullopt);
+        if (c.open > 0) {
+            EXPECT_TRUE(model_->collections->front().indexInterrupted);
+            EXPECT_FALSE(model_->collections->front().isIndexing);
+        }
+        EXPECT_EQ(shownSubject(), c.open == 0 ? "nothing" : c.open == 1 ? "message" : "a letter");
+        model_->closeAll();
+    }
+}
+
+TEST_F(Opening, ListsALongArchiveWholeWhileBatchesArrive) {
+    std::vector<std::string> subjects;
+    for (int number = 0; number < 20'000; ++number) subjects.push_back("message " + std::to_string(number));
+    std::size_t batches = 0;
+    model_->progress.signalChanged().connect([&] { ++batches; });
+    open({folder_.write("box.mbox", mailbox(subjects))});
+    EXPECT_EQ(model_->entries()->size(), 20'000U);
+    EXPECT_EQ(*model_->progress, 20'000U);
+    EXPECT_GT(batches, 1U);
+    EXPECT_LT(batches, 1'000U);
+}
+
+TEST_F(Opening, NamesEveryFileThatFailedAndOpensTheOthers) {
+    open({letter("a.eml", "a letter"), folder_.write("b.eml", ""), folder_.write("c.txt", "text"),
+          folder_.url("missing.mbox"), letter("d.eml", "another")});
+    EXPECT_THAT(openNames(), ElementsAre("a.eml", "d.eml"));
+    ASSERT_TRUE(*model_->error);
+    const std::string error = **model_->error;
+    EXPECT_EQ(error.find("b.eml: This file could not be read."), 0U) << error;
+    EXPECT_NE(error.find("\n\nc.txt: Choose an EML, EMLX,"), error.npos) << error;
+    EXPECT_NE(error.find("\n\nmissing.mbox: "), error.npos) << error;
+    EXPECT_EQ(shownSubject(), "a letter");
+    EXPECT_EQ(folder_.count(), 4U); // nothing was written
+}
+
+TEST_F(Opening, SelectsANeighbourWhenTheSelectedSourceIsClosed) {
+    open({letter("a.eml", "a"), letter("b.eml", "b"), letter("c.eml", "c")});
+    model_->selectCollection(idOf(1));
+    settle();
+    model_->closeCollection(idOf(1));
+    settle();
+    EXPECT_EQ(shownSubject(), "c");
+    model_->closeCollection(idOf(1));
+    settle();
+    EXPECT_EQ(shownSubject(), "a");
+    model_->closeCollection(idOf(0));
+    settle();
+    EXPECT_EQ(shownSubject(), "nothing");
+    EXPECT_EQ(*model_->selectedCollection, std::nullopt);
+    EXPECT_EQ(*model_->selectedEntry, std::nullopt);
+    EXPECT_THAT(listed(), SizeIs(0));
+}
+
+TEST_F(Opening, OpensWhatPeopleChoose) {
+    panels_.chosen = {letter("a.eml", "a")};
+    model_->chooseFiles();
+    waitUntil([this] { return !model_->collections->empty(); });
+    panels_.chosen = {};
+    model_->chooseFolder();
+    settle();
+    EXPECT_THAT(openNames(), ElementsAre("a.eml"));
+}
+
+class ErrorTexts : public ModelTest {
+protected:
+    ErrorTexts() : ModelTest("zh_TW") {}
+};
+
+TEST_F(ErrorTexts, SayOneSentenceInTheLanguageOfTheInterface) {
+    using MailCore::MailError;
+    const auto text = [this](const auto& error) { return model_->errorText(std::make_exception_ptr(error)); };
+    open({folder_.write("b.eml", "")});
+    EXPECT_EQ(**model_->error, "b.eml: 未能读取文件，请确认它是完整且受支持的邮件文件。");
+    for (const auto which :
+         {MailError::tooLarge, MailError::malformed, MailError::unsupported, MailError::tooMany,
+          MailError::cancelled, MailError::sourceChanged, MailError::unsafeDestination}) {
+        preferences_.setLanguage("zh-CN");
+        const std::string chinese = text(MailError(which));
+        preferences_.setLanguage("en-US");
+        EXPECT_NE(text(MailError(which)), chinese);
+        EXPECT_NE(text(MailError(which)), text(std::runtime_error("anything else")));
+    }
+}
+
+} // namespace
+} // namespace TesselMail::Testing

@@ -1,0 +1,174 @@
+#include "MailCore/Model/MailError.h"
+#include "TesselMail/Model/EntryOrder.h"
+#include "tests/Application/ModelFixture.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+#include <random>
+
+namespace TesselMail::Testing {
+namespace {
+
+using MailCore::MailError;
+using testing::ElementsAre;
+
+MailCore::SharedEntry entry(std::int64_t id, std::optional<double> timestamp = {}) {
+    MailCore::MessageEntry value;
+    value.id = id;
+    value.timestamp = timestamp;
+    return std::make_shared<const MailCore::MessageEntry>(std::move(value));
+}
+
+std::vector<std::int64_t> ids(const MailCore::EntryList& entries) {
+    std::vector<std::int64_t> result;
+    for (const auto& one : entries) result.push_back(one->id);
+    return result;
+}
+
+TEST(IndexDelivery, HandsOverWhatCameTogetherAtOnce) {
+    std::vector<std::vector<std::int64_t>> received;
+    const auto delivery =
+        IndexDelivery::create([&](MailCore::EntryList list) { received.push_back(ids(list)); });
+    const MailCore::EntryList first = {entry(0), entry(1)};
+    const MailCore::EntryList second = {entry(2)};
+    delivery->push(first);
+    delivery->push(second);
+    while (g_main_context_iteration(nullptr, FALSE)) {
+    }
+    delivery->flush();
+    EXPECT_THAT(received, ElementsAre(ElementsAre(0, 1, 2)));
+    delivery->push(second);
+    delivery->flush();
+    EXPECT_THAT(received.back(), ElementsAre(2));
+}
+
+TEST(EntryOrder, IsByDateThenByIDWithUndatedEntriesLast) {
+    std::mt19937 random(7);
+    for (int round = 0; round < 200; ++round) {
+        MailCore::EntryList list;
+        for (std::int64_t id = 0; id < round % 40; ++id)
+            list.push_back(random() % 4 == 0 ? entry(id) : entry(id, static_cast<double>(random() % 8) - 4));
+        for (const bool newestFirst : {true, false}) {
+            MailCore::EntryList expected = list;
+            std::ranges::stable_sort(expected, [newestFirst](const auto& a, const auto& b) {
+                if (a->timestamp && b->timestamp && *a->timestamp != *b->timestamp)
+                    return newestFirst == (*a->timestamp > *b->timestamp);
+                if (a->timestamp.has_value() != b->timestamp.has_value()) return a->timestamp.has_value();
+                return a->id < b->id;
+            });
+            ASSERT_EQ(ids(orderedEntries(list, newestFirst)), ids(expected));
+        }
+    }
+}
+
+class Work : public ModelTest {
+protected:
+    template <typename Value>
+    static Task await(Later<Value> later, std::string& outcome) {
+        try {
+            co_await later;
+            outcome = "done";
+        } catch (const MailError& error) {
+            outcome = error.name();
+        }
+    }
+    template <typename Value>
+    std::string outcomeOf(Later<Value> later) {
+        std::string outcome;
+        await(std::move(later), outcome);
+        waitUntil([&] { return !outcome.empty(); });
+        return outcome;
+    }
+    static CancellationToken stopped() {
+        auto token = std::make_shared<Cancellation>();
+        token->stop();
+        return token;
+    }
+};
+
+TEST_F(Work, DoesNothingForAStoppedToken) {
+    auto missing = std::make_shared<MailCore::MessageEntry>();
+    missing->file = folder_.url("missing.eml");
+    const auto attachment = std::make_shared<const MailCore::MailAttachment>();
+    const auto scope = std::make_shared<const ScopedMailFile>(ScopedMailFile{folder_.url()});
+    EXPECT_EQ(outcomeOf(ArchiveWork::read(missing, nullptr, stopped())), "cancelled");
+    EXPECT_EQ(outcomeOf(ArchiveWork::attachment(attachment, stopped())), "cancelled");
+    EXPECT_EQ(outcomeOf(ArchiveWork::ordered({entry(0)}, true, stopped())), "cancelled");
+    EXPECT_EQ(outcomeOf(ArchiveWork::isCurrent(std::make_shared<const MailCore::MailCollection>(), scope,
+                                               stopped())),
+              "done");
+}
+
+TEST_F(Work, DecodesAnAttachedMessageByWhatItCarries) {
+    struct Case {
+        std::string_view name;
+        std::string file;
+        std::string type;
+        bool embedded;
+        std::string_view outcome;
+    };
+    const Case cases[] = {
+        {"Outlook's type in capitals", "a", "APPLICATION/VND.MS-OUTLOOK", false, "unsupported"},
+        {"Outlook's extension in capitals", "a.MSG", "application/octet-stream", false, "unsupported"},
+        {"a generic type", "a.eml", "application/octet-stream", false, "done"},
+        {"a message that was decoded before", "a.msg", "application/vnd.ms-outlook", true, "done"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        MailCore::MailAttachment attachment;
+        attachment.name = c.file;
+        attachment.type = c.type;
+        attachment.bytes = Mail().subject("inner").text("Hello").bytes();
+        if (c.embedded) attachment.embedded.emplace_back();
+        EXPECT_EQ(
+            outcomeOf(ArchiveWork::attachment(std::make_shared<const MailCore::MailAttachment>(attachment),
+                                              std::make_shared<Cancellation>())),
+            c.outcome);
+    }
+}
+
+TEST(PreferencesTests, ChooseTheLanguage) {
+    const MailCore::Testing::TemporaryFolder folder;
+    struct Case {
+        std::string_view name;
+        std::string language;
+        std::vector<std::string> system;
+        bool chinese;
+    };
+    const Case cases[] = {
+        {"mainland China", "auto", {"zh_CN.UTF-8", "en"}, true}, {"Taiwan", "auto", {"zh_TW"}, true},
+        {"Britain first", "auto", {"en_GB", "zh_CN"}, false},    {"no languages", "auto", {}, false},
+        {"forced English", "en-US", {"zh_CN"}, false},           {"forced Chinese", "zh-CN", {"en"}, true},
+        {"an unknown choice", "fr", {"zh_CN"}, false},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        Preferences preferences(folder.path("none.ini").string(), c.system);
+        preferences.setLanguage(c.language);
+        EXPECT_EQ(preferences.chinese(), c.chinese);
+    }
+}
+
+TEST(PreferencesTests, AreKeptAndForgiveBrokenFiles) {
+    const MailCore::Testing::TemporaryFolder folder;
+    const std::string path = folder.path("deep/preferences.ini").string();
+    {
+        Preferences preferences(path, {"en"});
+        EXPECT_FALSE(std::filesystem::exists(path)); // nothing is written before a change
+        preferences.setTextSize(18);
+        preferences.setAppearance("dark");
+    }
+    const Preferences kept(path, {"en"});
+    EXPECT_EQ(kept.readingScale(), 1.125);
+    EXPECT_EQ(kept.appearance(), "dark");
+    EXPECT_EQ(kept.language(), "auto");
+
+    folder.write("broken.ini", "[Preferences]\ntextSize=large\nlanguage=zh-CN\n");
+    const Preferences broken(folder.path("broken.ini").string(), {"en"});
+    EXPECT_EQ(broken.textSize(), 16);
+    EXPECT_TRUE(broken.chinese());
+}
+
+} // namespace
+} // namespace TesselMail::Testing
