@@ -16,8 +16,8 @@ for preset in asan tsan; do
     ctest --test-dir "build/$preset" --output-on-failure -j "$(nproc)"
 done
 
-build fuzz
-for program in build/fuzz/fuzz/fuzz_*; do
+build fuzz fuzzers
+for program in build/fuzz/fuzz/fuzz_*[a-z]; do
     name=${program##*/fuzz_}
     say "Fuzzing $name for ${FUZZ_SECONDS:-60} s"
     mkdir -p "build/fuzz/corpus/$name"

@@ -28,9 +28,7 @@ struct UninitializedAllocator : std::allocator<Value> {
     Value* allocate(std::size_t count) {
         return static_cast<Value*>(::operator new(count * sizeof(Value), alignment));
     }
-    void deallocate(Value* place, std::size_t count) noexcept {
-        ::operator delete(place, count * sizeof(Value), alignment);
-    }
+    void deallocate(Value* place, std::size_t) noexcept { ::operator delete(place, alignment); }
 
     template <typename Other>
     void construct(Other* place) noexcept {
