@@ -15,10 +15,13 @@
 #include <glib.h>
 #include <nlohmann/json.hpp>
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
+#include <cmath>
 #include <fcntl.h>
 #include <iostream>
+#include <limits>
 #include <map>
 #include <stdexcept>
 #include <string>
@@ -73,9 +76,15 @@ bool optionalBoolean(const Json& request, const char* name) {
 }
 
 std::int64_t integer(const Json& request, const char* name) {
+    constexpr auto largest = std::numeric_limits<std::int64_t>::max();
     const Json& value = field(request, name);
-    if (!value.is_number_integer()) throw UsageError(std::string(name) + " is not an integer");
-    return value.get<std::int64_t>();
+    if (value.is_number_unsigned()) // a larger one is as good as the largest
+        return static_cast<std::int64_t>(std::min<std::uint64_t>(value.get<std::uint64_t>(), largest));
+    if (value.is_number_integer()) return value.get<std::int64_t>();
+    const double number = value.is_number() ? value.get<double>() : 0.5;
+    if (std::trunc(number) != number || std::abs(number) > 9e15)
+        throw UsageError(std::string(name) + " is not an integer");
+    return static_cast<std::int64_t>(number);
 }
 
 std::int64_t integerOr(const Json& request, const char* name, std::int64_t otherwise) {
@@ -101,9 +110,7 @@ Bytes bytes(const Json& request, const char* name) {
 }
 
 URL path(const Json& request, const char* name = "path") {
-    const std::string value = text(request, name);
-    if (value.find('\0') != std::string::npos) throw UsageError(std::string(name) + " is not a path");
-    return URL::file(value);
+    return URL::file(text(request, name));
 }
 
 std::vector<Header> headerList(const Json& request, const char* name) {
@@ -219,8 +226,8 @@ MailCollection collectionAt(const URL& url) {
 }
 
 SharedEntry entryAt(const Json& request) {
-    const MailCollection collection = collectionAt(path(request));
     const std::int64_t id = integer(request, "id");
+    const MailCollection collection = collectionAt(path(request));
     if (id < 0 || std::cmp_greater_equal(id, collection.entries.size())) throw UsageError("no such id");
     return collection.entries[static_cast<std::size_t>(id)];
 }
@@ -250,10 +257,10 @@ Json index(const Json& request) {
 }
 
 Json isCurrent(const Json& request) {
-    const URL url = path(request);
-    const MailCollection collection = collectionAt(url);
-    if (optionalBoolean(request, "touch")) {
-        if (::utimensat(AT_FDCWD, url.path().c_str(), nullptr, 0) != 0)
+    const MailCollection collection = collectionAt(path(request));
+    if (optionalBoolean(request, "touch") && !collection.entries.empty()) {
+        const std::string file = collection.entries.front()->file.path();
+        if (::utimensat(AT_FDCWD, file.c_str(), nullptr, 0) != 0)
             throw std::system_error(errno, std::generic_category(), "utimensat");
     }
     return MailReader::isCurrent(collection);
@@ -307,8 +314,9 @@ Json charset(const Json& request) {
     std::optional<std::uint64_t> codepage;
     if (!isAbsent(request, "codepage")) {
         const Json& value = field(request, "codepage");
-        if (!value.is_number_unsigned()) throw UsageError("codepage is not a number");
-        codepage = value.get<std::uint64_t>();
+        codepage = value.is_number_unsigned()
+                       ? value.get<std::uint64_t>()
+                       : static_cast<std::uint64_t>(std::max<std::int64_t>(integer(request, "codepage"), 0));
     }
     return json(MailEncoding::charset(codepage));
 }

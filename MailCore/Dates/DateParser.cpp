@@ -5,6 +5,7 @@
 #include <unicode/gregocal.h>
 #include <unicode/smpdtfmt.h>
 #include <unicode/timezone.h>
+#include <unicode/uchar.h>
 
 #include <chrono>
 #include <cstdint>
@@ -106,22 +107,36 @@ std::array<Formatter, patterns.size()> makeFormatters() {
     return made;
 }
 
+/// Where the digits, of any script, begin that stand at or after `at`; the end of `text` when there are none.
+std::size_t firstDigit(std::string_view text, std::size_t at) {
+    while (at < text.size()) {
+        const std::size_t start = at;
+        if (u_isdigit(static_cast<UChar32>(Text::next(text, at)))) return start;
+    }
+    return at;
+}
+
+/// How many digits follow each other from `at`, which moves past them.
+std::size_t skipDigits(std::string_view text, std::size_t& at) {
+    for (std::size_t digits = 0;; ++digits) {
+        std::size_t behind = at;
+        if (at == text.size() || !u_isdigit(static_cast<UChar32>(Text::next(text, behind)))) return digits;
+        at = behind;
+    }
+}
+
 /// Whether the year that the pattern `index` reads in `text` has exactly four digits.
 bool hasFourDigitYear(std::string_view text, std::size_t index) {
     std::size_t at = 0;
     if (index < firstISOPattern) {
-        // The year is the digits after the month's letters; a weekday's letters end with a comma before the
-        // day.
+        // Day, month, year; a weekday in front ends with a comma.
         const std::size_t comma = text.find(',');
-        const std::size_t day = text.find_first_of("0123456789", comma == std::string_view::npos ? 0 : comma);
-        if (day == std::string_view::npos) return false;
-        const std::size_t month = text.find_first_not_of("0123456789", day);
-        at = month == std::string_view::npos ? month : text.find_first_of("0123456789", month);
-        if (at == std::string_view::npos || text[at - 1] == '-' || text[at - 1] == '+') return false;
+        at = firstDigit(text, comma == std::string_view::npos ? 0 : comma);
+        skipDigits(text, at);
+        at = firstDigit(text, at);
+        if (at == text.size() || text[at - 1] == '-' || text[at - 1] == '+') return false;
     }
-    std::size_t digits = 0;
-    while (at + digits < text.size() && isDigit(text[at + digits])) ++digits;
-    return digits == 4;
+    return skipDigits(text, at) == 4;
 }
 
 /// Seconds east of UTC: a name that means UTC, or a sign and four digits up to 14:59.

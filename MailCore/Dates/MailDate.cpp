@@ -31,8 +31,12 @@ constexpr bool patternHasSeconds(std::size_t pattern) {
 bool extendsCharacter(std::string_view text, std::size_t at) {
     if (at >= text.size() || static_cast<unsigned char>(text[at]) < 0x80) return false;
     const auto codePoint = static_cast<UChar32>(Text::next(text, at));
-    return u_hasBinaryProperty(codePoint, UCHAR_GRAPHEME_EXTEND) || codePoint == 0x200D ||
-           u_charType(codePoint) == U_COMBINING_SPACING_MARK;
+    switch (u_getIntPropertyValue(codePoint, UCHAR_GRAPHEME_CLUSTER_BREAK)) {
+    case U_GCB_EXTEND:
+    case U_GCB_ZWJ:
+    case U_GCB_SPACING_MARK: return true;
+    default: return false;
+    }
 }
 
 std::string withSingleBlanks(std::string_view text) {
@@ -100,11 +104,13 @@ std::string zoneLabel(int offset) {
 std::optional<std::string> written(double seconds, bool withSeconds, int offset, std::string_view locale) {
     UErrorCode status = U_ZERO_ERROR;
     icu::Locale conventions = icu::Locale::createCanonical(std::string(locale).c_str());
+    if (conventions.isBogus()) conventions = icu::Locale::getEnglish(); // a name that nobody knows
     conventions.setKeywordValue("calendar", "gregorian", status);
+    if (U_FAILURE(status)) return std::nullopt;
     const std::unique_ptr<icu::DateFormat> format(icu::DateFormat::createDateTimeInstance(
         icu::DateFormat::kMedium, withSeconds ? icu::DateFormat::kMedium : icu::DateFormat::kShort,
         conventions));
-    if (!format || U_FAILURE(status)) return std::nullopt;
+    if (!format) return std::nullopt;
     format->adoptTimeZone(
         std::make_unique<icu::SimpleTimeZone>(offset * 1'000, icu::UnicodeString()).release());
     icu::UnicodeString wide;

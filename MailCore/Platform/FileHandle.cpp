@@ -37,7 +37,8 @@ std::size_t FileHandle::read(std::span<std::byte> into) const {
 void FileHandle::writeAll(ByteView bytes) const {
     while (!bytes.empty()) {
         const ssize_t count = ::write(descriptor_, bytes.data(), bytes.size());
-        if (count >= 0) {
+        if (count == 0) errno = EIO; // nothing was taken, and nothing says why
+        if (count > 0) {
             bytes = bytes.subspan(static_cast<std::size_t>(count));
         } else if (errno != EINTR) {
             fail("write");

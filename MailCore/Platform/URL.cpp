@@ -112,6 +112,9 @@ std::optional<URL> URL::parse(std::string_view text) {
     Parts parts;
     parts.text = terminated;
     parts.scheme = g_uri_get_scheme(uri.get());
+    if (parts.scheme == "file" && text.ends_with('/') &&
+        std::string_view(g_uri_get_path(uri.get())).size() > 1)
+        return parse(text.substr(0, text.find_last_not_of('/') + 1)); // a folder has one address
     if (const char* host = g_uri_get_host(uri.get())) parts.host = host;
     parts.hasUserInfo = g_uri_get_user(uri.get()) != nullptr || g_uri_get_password(uri.get()) != nullptr;
     parts.encodedPath = g_uri_get_path(uri.get());

@@ -16,12 +16,19 @@ namespace MailCore::MailReader {
 
 namespace {
 
-/// The path without "." and "..", symbolic links followed as far as it exists.
+/// The path without "." and "..", symbolic links followed as far as it exists. A link whose target does not
+/// exist is followed too: writing through it would make the target.
 std::string resolvedPath(const URL& url) {
-    const std::filesystem::path path(url.path());
+    constexpr int mostLinks = 40;
+    std::filesystem::path path(url.path());
     std::error_code error;
-    const std::filesystem::path resolved = std::filesystem::weakly_canonical(path, error);
-    return error ? path.lexically_normal().string() : resolved.string();
+    for (int links = 0; links < mostLinks; ++links) {
+        const std::filesystem::path resolved = std::filesystem::weakly_canonical(path, error);
+        if (error) return path.lexically_normal().string();
+        if (!std::filesystem::is_symlink(resolved, error)) return resolved.string();
+        path = resolved.parent_path() / std::filesystem::read_symlink(resolved, error);
+    }
+    return path.lexically_normal().string();
 }
 
 std::optional<struct stat> statusOf(const std::string& path) {
@@ -122,12 +129,12 @@ void validateDestination(const URL& destination, std::span<const URL> protecting
     const std::optional<struct stat> existing = statusOf(target);
     if (existing && !S_ISREG(existing->st_mode)) throw MailError(MailError::unsafeDestination);
     for (const URL& url : protecting) {
-        if (!url.isFile()) continue;
+        if (!isLocalFile(url)) continue;
         const std::string source = resolvedPath(url);
         const std::optional<struct stat> status = statusOf(source);
         if (!status) continue;
         const bool isSource = source == target;
-        const bool isInside = S_ISDIR(status->st_mode) && target.starts_with(source + '/');
+        const bool isInside = S_ISDIR(status->st_mode) && (source == "/" || target.starts_with(source + '/'));
         const bool isSameFile =
             existing && existing->st_dev == status->st_dev && existing->st_ino == status->st_ino;
         if (isSource || isInside || isSameFile) throw MailError(MailError::unsafeDestination);

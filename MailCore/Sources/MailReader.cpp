@@ -50,7 +50,7 @@ MailCollection indexFolder(const URL& url, const Cancelled& cancelled, const Pro
                            const IndexLimits& limits, const Batch& batch) {
     const URL archive = URL::file(url.path() + "/mbox");
     struct stat status {};
-    if (::stat(archive.path().c_str(), &status) != 0)
+    if (::lstat(archive.path().c_str(), &status) != 0)
         return indexMaildir(url, cancelled, progress, limits, batch);
     MailCollection collection = indexMbox(archive, cancelled, progress, limits, batch);
     collection.url = url;

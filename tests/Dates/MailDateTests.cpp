@@ -32,6 +32,7 @@ TEST(MailDateTimestamps, ReadWhatStandsInDateHeaders) {
         {"a named zone", "Tue, 02 Jan 2024 01:15:30 GMT", 1704158130},
         {"ISO with fraction", "2024-01-02T09:15:30.500+08:00", 1704158130.5},
         {"ISO", "2024-01-02T09:15:30+08:00", 1704158130},
+        {"digits of another script", "２ Jan 2024 09:15:30 +0800", 1704158130},
         {"two blanks where one is usual", "Tue,  2 Jan 2024  09:15:30 +0800", 1704158130},
         {"blanks around", "  Tue, 2 Jan 2024 09:15:30 +0800\n", 1704158130},
         {"any case", "TUE, 2 JAN 2024 09:15:30 +0800", 1704158130},
@@ -123,6 +124,10 @@ TEST(MailDateDisplay, KeepsTheSendersClockAndZone) {
         {"a zone that no place has", "Tue, 2 Jan 2024 09:15:30 +2300", "en_GB",
          "Tue, 2 Jan 2024 09:15:30 UTC+23"},
         {"a two-digit year", "Tue, 2 Jan 96 09:15:30 +0000", "en_GB", "Tue, 2 Jan 96 09:15:30 UTC+0"},
+        {"a locale nobody knows", "2 Jan 2024 09:15 +0000", "aaaaaaaaaaaaaaaa",
+         "Jan 2, 2024, 9:15\u202FAM UTC+0"},
+        {"a locale with broken keywords", "2 Jan 2024 09:15 +0000", "en_US@=;",
+         "Jan 2, 2024, 9:15\u202FAM UTC+0"},
         {"unbalanced parentheses", "2 Jan 2024 09:15 +0000 )", "en_GB", "2 Jan 2024 09:15 +0000 )"},
     };
     for (const Case& c : cases) {

@@ -11,6 +11,8 @@ TEST(URLs, BringOddPathsBackUnchanged) {
         EXPECT_EQ(URL::parse(URL::file(path).text()).value().path(), path) << path;
     EXPECT_EQ(URL::file("/a/b/").path(), "/a/b");
     EXPECT_EQ(URL::file("/a/b/"), URL::file("/a/b"));
+    EXPECT_EQ(URL::parse("file:///a/b//"), URL::file("/a/b"));
+    EXPECT_EQ(URL::parse("file:///").value().path(), "/");
     EXPECT_TRUE(URL::file("relative").path().starts_with('/'));
 }
 

@@ -221,7 +221,8 @@ TEST(Mbox, ReadsAHugeSparseArchive) {
     const TemporaryFolder folder;
     constexpr std::uintmax_t size = (std::uintmax_t{1} << 31) + 1;
     const URL url = folder.write("a.mbox", "");
-    std::filesystem::resize_file(folder.path("a.mbox"), size); // behind the headers one line of NULs, 2 GiB long
+    std::filesystem::resize_file(folder.path("a.mbox"),
+                                 size); // behind the headers one line of NULs, 2 GiB long
     std::fstream(folder.path("a.mbox"), std::ios::in | std::ios::out) << message("one", "");
     const MailCollection collection = collectionOf(url);
     ASSERT_EQ(collection.entries.size(), 1U);

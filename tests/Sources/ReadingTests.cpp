@@ -162,6 +162,7 @@ TEST(Destinations, MustNotTouchOpenSources) {
     folder.write("boxes/x", "");
     std::filesystem::create_hard_link(folder.path("open.eml"), folder.path("hard.eml"));
     std::filesystem::create_directory_symlink("box", folder.path("boxlink"));
+    std::filesystem::create_symlink("box/cur/absent", folder.path("dangling"));
     const URL protecting[] = {folder.url("open.eml"), folder.url("box"), folder.url("vanished"),
                               URL::parse("tessel-mail-message://1/a.eml").value()};
     struct Case {
@@ -178,6 +179,7 @@ TEST(Destinations, MustNotTouchOpenSources) {
         {"box/new", "unsafeDestination"},
         {"boxlink/new", "unsafeDestination"},
         {"boxlink/absent/new", "unsafeDestination"},
+        {"dangling", "unsafeDestination"}, // writing through it would make a file in the folder
         {"box", "unsafeDestination"},
         {"boxes", "unsafeDestination"}, // a folder
     };
