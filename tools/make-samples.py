@@ -261,7 +261,7 @@ def samples():
              Content_Transfer_Encoding="base64"),
         part("application/octet-stream", b64(b"4"), Content_Transfer_Encoding="base64",
              Content_Disposition='attachment; filename="../../etc/pass:wd"'),
-        part("image/png", b"this is no base64 of anything!", Content_Transfer_Encoding="base64",
+        part("image/png", b"A", Content_Transfer_Encoding="base64",
              Content_Disposition="attachment"))
     calendar = multipart(
         "mixed", "calendar",
