@@ -40,9 +40,14 @@ void EntryRows::show(ArchiveWork::SharedList entries) {
     if (entries == entries_) return;
     const ArchiveWork::SharedList before = std::exchange(entries_, std::move(entries));
     const Splice splice = replacement(*before, *entries_);
-    if (splice.removed > 0 || splice.added > 0)
-        items_changed(static_cast<guint>(splice.position), static_cast<guint>(splice.removed),
-                      static_cast<guint>(splice.added));
+    // In two steps: told of a replacement, a list widget looks for its former rows among all the new ones,
+    // which takes longer than a screen may stand still.
+    hidden_ = {splice.position, splice.added};
+    if (splice.removed > 0)
+        items_changed(static_cast<guint>(splice.position), static_cast<guint>(splice.removed), 0);
+    hidden_ = {};
+    if (splice.added > 0)
+        items_changed(static_cast<guint>(splice.position), 0, static_cast<guint>(splice.added));
 }
 
 GType EntryRows::get_item_type_vfunc() {
@@ -50,12 +55,13 @@ GType EntryRows::get_item_type_vfunc() {
 }
 
 guint EntryRows::get_n_items_vfunc() {
-    return static_cast<guint>(entries_->size());
+    return static_cast<guint>(entries_->size() - hidden_.count);
 }
 
 gpointer EntryRows::get_item_vfunc(guint position) {
-    if (position >= entries_->size()) return nullptr;
-    return EntryRow::create((*entries_)[position])->gobj_copy();
+    const std::size_t at = position < hidden_.position ? position : position + hidden_.count;
+    if (at >= entries_->size()) return nullptr;
+    return EntryRow::create((*entries_)[at])->gobj_copy();
 }
 
 } // namespace TesselMail

@@ -19,7 +19,8 @@ private:
 };
 
 /// The listed messages as a list model over the model's own list, which it shares and does not copy.
-class EntryRows : public Gio::ListModel, public Glib::Object { // in this order: a type gets its interfaces first
+class EntryRows : public Gio::ListModel,
+                  public Glib::Object { // in this order: a type gets its interfaces first
 public:
     static Glib::RefPtr<EntryRows> create();
 
@@ -34,7 +35,14 @@ protected:
     gpointer get_item_vfunc(guint position) override;
 
 private:
+    // Entries not told of yet.
+    struct Hidden {
+        std::size_t position = 0;
+        std::size_t count = 0;
+    };
+
     ArchiveWork::SharedList entries_;
+    Hidden hidden_;
 };
 
 } // namespace TesselMail

@@ -118,7 +118,9 @@ Sidebar::Sidebar(AppModel& model) : Gtk::Box(Gtk::Orientation::VERTICAL), model_
     showTexts();
 }
 
-Sidebar::~Sidebar() { rowMenu_.unparent(); }
+Sidebar::~Sidebar() {
+    rowMenu_.unparent();
+}
 
 void Sidebar::setUpMenu() {
     rowMenu_.set_parent(list_);

@@ -1,1 +1,146 @@
-int main() {}
+// The window with its web view, under a display.
+#include "TesselMail/Views/EntryRows.h"
+#include "TesselMail/Views/MainWindow.h"
+#include "tests/Application/ModelFixture.h"
+
+#include <gmock/gmock.h>
+#include <webkit/webkit.h>
+
+namespace TesselMail::Testing {
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+WebKitWebView* webViewIn(GtkWidget* widget) {
+    if (WEBKIT_IS_WEB_VIEW(widget)) return WEBKIT_WEB_VIEW(widget);
+    for (GtkWidget* child = gtk_widget_get_first_child(widget); child;
+         child = gtk_widget_get_next_sibling(child))
+        if (WebKitWebView* const found = webViewIn(child)) return found;
+    return nullptr;
+}
+
+class Window : public ModelTest {
+protected:
+    Window() { window_->present(); }
+
+    WebKitWebView* webView() { return webViewIn(GTK_WIDGET(window_->gobj())); }
+    /// What `script`, a function body, answers in the page as text.
+    std::string evaluate(const std::string& script) {
+        struct Answer {
+            bool come = false;
+            std::string text;
+        } answer;
+        webkit_web_view_call_async_javascript_function(
+            webView(), script.c_str(), -1, nullptr, "test", nullptr, nullptr,
+            [](GObject* view, GAsyncResult* result, gpointer data) {
+                auto& answer = *static_cast<Answer*>(data);
+                const auto value =
+                    ObjectRef<JSCValue>::adopt(webkit_web_view_call_async_javascript_function_finish(
+                        WEBKIT_WEB_VIEW(view), result, nullptr));
+                char* const text = value ? jsc_value_to_string(value.get()) : nullptr;
+                answer.text = text ? text : "";
+                g_free(text);
+                answer.come = true;
+            },
+            &answer);
+        waitUntil([&] { return answer.come; });
+        return answer.text;
+    }
+    void waitForPage(const std::string& text) {
+        waitUntil([this] { return webView() != nullptr; });
+        waitUntil([&] {
+            return evaluate("return document.body?.innerText ?? ''").find(text) != std::string::npos;
+        });
+    }
+
+    std::unique_ptr<MainWindow> window_ = std::make_unique<MainWindow>(*model_);
+};
+
+TEST_F(Window, ShowsAMessageAndRunsNothingOfIt) {
+    const std::string html =
+        "<p>Hello <a href=\"https://tessel.example/\">there</a></p>"
+        "<script>document.title = 'ran'</script><img src=x onerror=\"document.title='ran'\">";
+    open({folder_.write("a.eml", Mail().subject("a").html(html).string())});
+    waitForPage("Hello there");
+    const std::string page = evaluate("return document.documentElement.outerHTML + document.title");
+    EXPECT_THAT(page, HasSubstr("tessel-link://"));
+    EXPECT_THAT(page, Not(HasSubstr("tessel.example")));
+    EXPECT_THAT(page, Not(HasSubstr("ran")));
+    // Even a script that got into the page would be dead, and could fetch nothing.
+    evaluate("const s = document.createElement('script'); s.textContent = \"document.title = 'ran'\"; "
+             "document.body.append(s)");
+    EXPECT_EQ(evaluate("return document.title"), "");
+    EXPECT_EQ(
+        evaluate(
+            "try { await fetch('https://tessel.example/'); return 'fetched' } catch { return 'blocked' }"),
+        "blocked");
+    EXPECT_EQ(evaluate("location.href = 'data:text/html,elsewhere'; "
+                       "await new Promise(done => setTimeout(done, 200)); return location.href"),
+              "about:blank");
+    waitForPage("Hello there");
+}
+
+TEST_F(Window, ShowsTheNextMessageAfterTheWebProcessEnded) {
+    open({folder_.write("a.eml", Mail().subject("a").text("First text").string()),
+          folder_.write("b.eml", Mail().subject("b").text("Second text").string())});
+    waitForPage("First text");
+    webkit_web_view_terminate_web_process(webView());
+    waitUntil([this] { return model_->error->has_value(); });
+    EXPECT_EQ(*model_->error, "The reading view stopped. Try opening the message again.");
+    model_->dismissError();
+    model_->selectCollection(idOf(1));
+    waitForPage("Second text");
+    EXPECT_TRUE(model_->currentMessageReady());
+}
+
+TEST_F(Window, LetsGoOfEverythingWhenItCloses) {
+    open({folder_.write("a.eml", Mail().subject("a").text("First text").string())});
+    waitForPage("First text");
+    window_.reset();
+    model_->closeAll();
+    EXPECT_TRUE(model_->collections->empty());
+}
+
+TEST(EntryRowsTests, TellListenersExactlyWhatChanged) {
+    const auto entry = [](std::int64_t id) {
+        MailCore::MessageEntry value;
+        value.id = id;
+        return std::make_shared<const MailCore::MessageEntry>(std::move(value));
+    };
+    std::vector<MailCore::SharedEntry> pool;
+    for (std::int64_t id = 0; id < 6; ++id) pool.push_back(entry(id));
+    const auto rows = EntryRows::create();
+    // A listener that keeps the list as it was told of it.
+    std::vector<std::int64_t> kept;
+    rows->signal_items_changed().connect([&](guint position, guint removed, guint added) {
+        kept.erase(kept.begin() + position, kept.begin() + position + removed);
+        for (guint at = position; at < position + added; ++at)
+            kept.insert(kept.begin() + at,
+                        std::dynamic_pointer_cast<EntryRow>(rows->get_object(at))->entry()->id);
+        ASSERT_EQ(kept.size(), rows->get_n_items());
+        for (guint at = 0; at < rows->get_n_items(); ++at)
+            ASSERT_EQ(std::dynamic_pointer_cast<EntryRow>(rows->get_object(at))->entry()->id, kept[at]);
+    });
+    const std::vector<std::vector<std::int64_t>> lists = {
+        {0}, {0, 1, 2}, {3, 0, 1, 2}, {3, 0, 4, 1, 2}, {2, 1, 0}, {2, 1, 0}, {}, {5, 0, 5}, {5, 1, 5}};
+    for (const auto& ids : lists) {
+        auto list = std::make_shared<MailCore::EntryList>();
+        for (const auto id : ids) list->push_back(pool[static_cast<std::size_t>(id)]);
+        rows->show(list);
+        EXPECT_EQ(kept, ids);
+    }
+}
+
+} // namespace
+} // namespace TesselMail::Testing
+
+int main(int argc, char** argv) {
+    testing::InitGoogleTest(&argc, argv);
+    g_setenv("GIO_USE_VFS", "local", TRUE);
+    const auto application =
+        Gtk::Application::create("org.tesselmail.TesselMail.Tests", Gio::Application::Flags::NON_UNIQUE);
+    gtk_init();
+    adw_init();
+    return RUN_ALL_TESTS();
+}
