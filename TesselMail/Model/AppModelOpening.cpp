@@ -229,6 +229,8 @@ void AppModel::finishRun(const Run& run, const std::vector<std::string>& notices
     openingID_.reset();
     preferredOpeningID_.reset();
     releaseUnusedScopes();
+    // The first file was to be shown and failed: something else that is open will do.
+    if (!*selectedCollection && !collections->empty()) selectCollection(collections->front().id);
     if (!run.token->isStopped() && !notices.empty()) error.set(joined(notices));
 }
 

@@ -176,6 +176,12 @@ TEST_F(Opening, OpensWhatPeopleChoose) {
     EXPECT_THAT(openNames(), ElementsAre("a.eml"));
 }
 
+TEST_F(Opening, ShowsAnotherFileWhenTheFirstFails) {
+    open({folder_.write("b.eml", ""), letter("a.eml", "a letter")});
+    EXPECT_EQ(shownSubject(), "a letter");
+    EXPECT_TRUE(*model_->error);
+}
+
 class ErrorTexts : public ModelTest {
 protected:
     ErrorTexts() : ModelTest("zh_TW") {}
