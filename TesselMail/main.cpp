@@ -96,6 +96,8 @@ private:
 int main(int argc, char** argv) {
     // Before anything of GIO is used: links handed over by the system keep every byte this way.
     g_setenv("GIO_USE_VFS", "local", TRUE);
+    // GTK sets the C library's locale; the one of C++ stays neutral.
+    Glib::set_init_to_users_preferred_locale(false);
     int status = 0;
     {
         TesselMail::Application application;

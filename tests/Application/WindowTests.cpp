@@ -20,6 +20,17 @@ WebKitWebView* webViewIn(GtkWidget* widget) {
     return nullptr;
 }
 
+/// The texts of the popovers that are open in `widget`.
+std::string popoverText(GtkWidget* widget, bool inside = false) {
+    std::string text;
+    inside = inside || (GTK_IS_POPOVER(widget) && gtk_widget_get_visible(widget));
+    if (inside && GTK_IS_LABEL(widget)) text = gtk_label_get_text(GTK_LABEL(widget));
+    for (GtkWidget* child = gtk_widget_get_first_child(widget); child;
+         child = gtk_widget_get_next_sibling(child))
+        text += popoverText(child, inside);
+    return text;
+}
+
 class Window : public ModelTest {
 protected:
     Window() { window_->present(); }
@@ -79,6 +90,20 @@ TEST_F(Window, ShowsAMessageAndRunsNothingOfIt) {
                        "await new Promise(done => setTimeout(done, 200)); return location.href"),
               "about:blank");
     waitForPage("Hello there");
+}
+
+TEST_F(Window, ShowsWhereALinkLeadsAndGoesNowhere) {
+    open({folder_.write(
+        "a.eml",
+        Mail().subject("a").html("<p>Hello <a href=\"https://tessel.example/x\">there</a></p>").string())});
+    waitForPage("Hello there");
+    evaluate("document.links[0].click()");
+    waitUntil([this] {
+        return popoverText(GTK_WIDGET(window_->gobj())).find("https://tessel.example/x") != std::string::npos;
+    });
+    EXPECT_EQ(evaluate("return location.href"), "about:blank");
+    model_->closeAll();
+    EXPECT_EQ(popoverText(GTK_WIDGET(window_->gobj())), "");
 }
 
 TEST_F(Window, ShowsTheNextMessageAfterTheWebProcessEnded) {
