@@ -11,6 +11,7 @@ LinkPopover::LinkPopover(Gtk::Widget& parent, Preferences& preferences) : prefer
     text_.set_wrap_mode(Pango::WrapMode::CHAR);
     text_.set_selectable(true);
     text_.set_xalign(0);
+    text_.set_width_chars(36);
     text_.set_max_width_chars(48);
     text_.set_can_focus(true);
     scroller_.set_child(text_);
@@ -40,6 +41,7 @@ void LinkPopover::show(const std::string& address, const Gdk::Rectangle& place) 
     text_.set_text(displayed(address, address.size()));
     set_pointing_to(place);
     popup();
+    text_.select_region(0, 0);
     copy_.grab_focus();
 }
 
