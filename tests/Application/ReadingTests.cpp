@@ -31,10 +31,11 @@ TEST_F(Reading, ShowsOnlyTheLastOfSeveralQuickSelections) {
     for (int number = 0; number < 10; ++number) subjects.push_back("message " + std::to_string(number));
     open({folder_.write("box.mbox", mailbox(subjects))});
     std::vector<std::string> shown;
-    model_->message.signalChanged().connect([&] { shown.push_back(shownSubject()); });
+    auto watching = model_->message.signalChanged().connect([&] { shown.push_back(shownSubject()); });
     for (AppModel::EntryID id = 1; id < 10; ++id) model_->select(id);
     settle();
     EXPECT_THAT(shown, ElementsAre("message 9"));
+    watching.disconnect();
     EXPECT_TRUE(model_->currentMessageReady());
 }
 
