@@ -10,6 +10,7 @@
 #include <unicode/simpletz.h>
 #include <unicode/uchar.h>
 
+#include <algorithm>
 #include <array>
 #include <cstdlib>
 #include <memory>
@@ -137,12 +138,21 @@ DisplayCache& displayCache() {
 } // namespace
 
 std::optional<std::string> withoutComments(std::string_view text) {
-    if (text.find_first_of("()") == std::string_view::npos) return std::string(text);
+    const auto isParenthesis = [](char byte) { return byte == '(' || byte == ')'; };
     std::string result;
+    result.reserve(text.size());
     int depth = 0;
     bool escaped = false;
     for (std::size_t at = 0; at < text.size();) {
         const std::size_t start = at;
+        if (depth == 0) { // outside comments only parentheses matter
+            at = static_cast<std::size_t>(
+                std::find_if(text.begin() + static_cast<std::ptrdiff_t>(at), text.end(), isParenthesis) -
+                text.begin());
+            result.append(text.substr(start, at - start));
+            if (at == text.size()) break;
+        }
+        const std::size_t place = at;
         const char32_t codePoint = Text::next(text, at);
         const bool stands = !extendsCharacter(text, at); // "(" with an accent is not "("
         if (escaped) {
@@ -155,7 +165,7 @@ std::optional<std::string> withoutComments(std::string_view text) {
         } else if (codePoint == ')' && stands) {
             if (--depth < 0) return std::nullopt;
         } else if (depth == 0) {
-            result.append(text.substr(start, at - start));
+            result.append(text.substr(place, at - place));
         }
     }
     if (depth > 0) return std::nullopt;

@@ -87,15 +87,49 @@ icu::BreakIterator& characterIterator() {
     return *iterator;
 }
 
+constexpr std::size_t largestWindow = 16'384;
+
+/// Moves `size` forward to the end of the code point that it cuts.
+std::size_t toCodePointEnd(std::string_view text, std::size_t size) {
+    while (size < text.size() && (static_cast<unsigned char>(text[size]) & 0xC0) == 0x80) ++size;
+    return size;
+}
+
+/// How much of `text` the iterator has to see: up to the first letter of a longer ASCII run, or a window.
+std::size_t windowOf(std::string_view text) {
+    constexpr std::size_t longRun = 16;
+    const auto* data = reinterpret_cast<const unsigned char*>(text.data());
+    std::size_t at = 0;
+    while (at < std::min(text.size(), largestWindow)) {
+        const std::size_t run = asciiRun(data + at, std::min(text.size() - at, longRun));
+        if (run == longRun) return at + 1;
+        at += std::max<std::size_t>(run, 1);
+    }
+    return toCodePointEnd(text, std::min(at, text.size()));
+}
+
+/// Passes the ASCII text at `at`, where a character begins: but for CR LF each byte is one, save the last,
+/// which what follows may extend. Counts down `count`.
+std::size_t skipASCII(std::string_view text, std::size_t at, std::size_t& count) {
+    const std::size_t run =
+        asciiRun(reinterpret_cast<const unsigned char*>(text.data()) + at, text.size() - at);
+    const std::size_t end = at + (at + run == text.size() ? run : run - std::min<std::size_t>(run, 1));
+    while (at < end && count > 0) {
+        const bool isPair = text[at] == '\r' && at + 1 < text.size() && text[at + 1] == '\n';
+        at += isPair ? 2 : 1;
+        --count;
+    }
+    return at;
+}
+
 /// Walks whole characters of `text` from its start; stops after `count` of them. The result is the end in
-/// bytes. The iterator sees a window at a time, so that a short prefix of a long text costs what it returns.
+/// bytes. The iterator sees only what is not ASCII, a window at a time: a short prefix costs what it returns.
 std::size_t walkCharacters(std::string_view text, std::size_t count) {
-    constexpr std::size_t window = 16'384;
     std::size_t at = 0;
     while (count > 0 && at < text.size()) {
-        std::size_t size = std::min(window, text.size() - at);
-        while (at + size < text.size() && (static_cast<unsigned char>(text[at + size]) & 0xC0) == 0x80)
-            ++size;
+        at = skipASCII(text, at, count);
+        if (count == 0 || at >= text.size()) break;
+        std::size_t size = windowOf(text.substr(at));
         for (;;) {
             UErrorCode status = U_ZERO_ERROR;
             const TextHandle handle(
@@ -119,9 +153,8 @@ std::size_t walkCharacters(std::string_view text, std::size_t count) {
                 count = left;
                 break;
             }
-            size = std::min(size * 2, text.size() - at); // one character longer than the window
-            while (at + size < text.size() && (static_cast<unsigned char>(text[at + size]) & 0xC0) == 0x80)
-                ++size;
+            // One character longer than the window.
+            size = toCodePointEnd(text.substr(at), std::min(size * 2, text.size() - at));
         }
     }
     return at;

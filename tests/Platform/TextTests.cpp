@@ -62,6 +62,36 @@ TEST(TextPrefix, CutsBetweenCharactersAsPeopleSeeThem) {
     }
 }
 
+TEST(TextPrefix, CountsTheSameWithAndWithoutShortcuts) {
+    // The first n+1 characters begin with the first n, and add exactly one; whatever stands beside ASCII
+    // runs.
+    const std::string pieces[] = {"a",
+                                  "\r\n",
+                                  "\r",
+                                  "\n",
+                                  "e\u0301",
+                                  "中",
+                                  "👨‍👩‍👧",
+                                  "\u0301",
+                                  "한",
+                                  "\u0600",
+                                  "🇩🇪",
+                                  std::string(20, 'x'),
+                                  std::string(17, '\r') + "\n",
+                                  "ก็"};
+    std::uint32_t random = 7;
+    std::string text;
+    for (int index = 0; index < 3'000; ++index) {
+        random = random * 1'664'525 + 1'013'904'223;
+        text += pieces[(random >> 16) % std::size(pieces)];
+    }
+    std::size_t end = 0;
+    for (std::size_t count = 0; end < text.size(); ++count) {
+        ASSERT_EQ(Text::prefix(text, count).size(), end) << count;
+        end += Text::firstCharacter(std::string_view(text).substr(end));
+    }
+}
+
 TEST(TextTrimming, TakesUnicodeWhiteSpaceOffBothEnds) {
     EXPECT_EQ(Text::trimmed("\u00A0\u3000 a b\u2028\r\n"), "a b");
     EXPECT_EQ(Text::trimmed(" \t\u3000"), "");
