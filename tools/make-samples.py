@@ -161,7 +161,7 @@ NEWSLETTER = """<html><head><title>The Harbour Letter</title>
   a:hover { color: red }
 </style></head>
 <body bgcolor="#f4f1ea">
-<table width="600" style="margin:0 auto" cellspacing="0" cellpadding="0" border="0"><tr><td class="sheet">
+<table width="540" style="margin:0 auto" cellspacing="0" cellpadding="0" border="0"><tr><td class="sheet">
 <p class="kicker">ISSUE 42 &middot; WINTER</p>
 <h1>Letters from the harbour</h1>
 <p>Dear reader,</p>
