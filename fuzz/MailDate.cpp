@@ -1,5 +1,5 @@
-#include "MailCore/Dates/DateParser.h"
 #include "MailCore/Dates/MailDate.h"
+#include "MailCore/Dates/DateParser.h"
 #include "MailCore/Platform/Text.h"
 
 #include <cstdint>
