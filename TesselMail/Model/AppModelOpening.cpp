@@ -137,6 +137,7 @@ Task AppModel::openAll(std::shared_ptr<AppModel> self, Run run) {
         const Changing changing(self->changes_);
         delivery->flush();
         if (run.token->isStopped()) break;
+        self->openingID_.reset();
         if (result) {
             result->id = placeholder->id;
             self->finishIndexing(std::move(*result), scope);
@@ -230,8 +231,9 @@ void AppModel::finishRun(const Run& run, const std::vector<std::string>& notices
     preferredOpeningID_.reset();
     releaseUnusedScopes();
     // The first file was to be shown and failed: something else that is open will do.
+    if (run.token->isStopped()) return;
     if (!*selectedCollection && !collections->empty()) selectCollection(collections->front().id);
-    if (!run.token->isStopped() && !notices.empty()) error.set(joined(notices));
+    if (!notices.empty()) error.set(joined(notices));
 }
 
 void AppModel::cancel() {
@@ -259,6 +261,7 @@ Task AppModel::choose(std::shared_ptr<AppModel> self, OpenPanel::Kind kind) {
         .accept = preferences.text(Texts::openPrompt),
         .cancel = preferences.text(Texts::cancel),
         .filterName = preferences.text(Texts::mailFiles),
+        .everyName = preferences.text(Texts::allFiles),
         .extensions = {MailCore::MailReader::extensions.begin(), MailCore::MailReader::extensions.end()}};
     std::vector<URL> chosen = co_await self->panels_.open(std::move(panel));
     self->open(chosen);

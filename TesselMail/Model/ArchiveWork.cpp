@@ -117,7 +117,11 @@ Later<MailCore::MailCollection> index(MailFileScope scope, MailCore::IndexLimits
 Later<bool> isCurrent(std::shared_ptr<const MailCore::MailCollection> collection, MailFileScope scope,
                       CancellationToken token) {
     return on<bool>(queues().indexing(), [collection, scope, token] {
-        return !token->isStopped() && MailCore::MailReader::isCurrent(*collection);
+        try {
+            return !token->isStopped() && MailCore::MailReader::isCurrent(*collection);
+        } catch (const std::exception&) {
+            return false; // what cannot be looked at is indexed again, which tells why
+        }
     });
 }
 

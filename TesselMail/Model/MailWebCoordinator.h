@@ -91,6 +91,8 @@ public:
     void rulesInstalled(bool succeeded);
     /// What should be shown from now on. Links answer to clicks while `interactive`.
     void show(Content content, bool interactive);
+    /// Whether links answer to clicks from now on.
+    void setInteractive(bool interactive) { interactive_ = interactive; }
     /// The view is going away: everything that comes later is ignored.
     void retire();
 

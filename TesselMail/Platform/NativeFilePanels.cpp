@@ -53,8 +53,8 @@ Later<std::vector<URL>> NativeFilePanels::open(OpenPanel panel) {
                                                             folder ? Gtk::FileChooser::Action::SELECT_FOLDER
                                                                    : Gtk::FileChooser::Action::OPEN,
                                                             panel.accept, panel.cancel);
+        chooser->set_select_multiple(true);
         if (!folder) {
-            chooser->set_select_multiple(true);
             chooser->add_filter(filterOf(panel));
             const auto every = Gtk::FileFilter::create();
             every->set_name(panel.everyName);

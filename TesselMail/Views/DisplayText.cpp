@@ -6,10 +6,22 @@
 
 namespace TesselMail {
 
+namespace {
+
+// Embeddings, overrides and isolates of the text's own could end ours and turn what follows around.
+bool setsDirection(char32_t codePoint) {
+    return (codePoint >= 0x202A && codePoint <= 0x202E) || (codePoint >= 0x2066 && codePoint <= 0x2069);
+}
+
+} // namespace
+
 std::string displayed(std::string_view text, std::size_t characters) {
     const std::string_view shown = MailCore::Text::prefix(text, characters);
     std::string result = "\u2068";
-    result += shown;
+    for (std::size_t at = 0; at < shown.size();) {
+        const std::size_t start = at;
+        if (!setsDirection(MailCore::Text::next(shown, at))) result += shown.substr(start, at - start);
+    }
     if (shown.size() < text.size()) result += "…";
     result += "\u2069";
     std::ranges::replace_if(

@@ -27,6 +27,7 @@ LinkPopover::LinkPopover(Gtk::Widget& parent, Preferences& preferences) : prefer
     content_.append(copy_);
     set_child(content_);
     set_parent(parent);
+    set_position(Gtk::PositionType::TOP);
     preferences_.signalChanged().connect(sigc::mem_fun(*this, &LinkPopover::showTexts));
     showTexts();
 }
@@ -36,6 +37,7 @@ LinkPopover::~LinkPopover() {
 }
 
 void LinkPopover::show(const std::string& address, const Gdk::Rectangle& place) {
+    if (!get_parent() || !get_parent()->get_mapped()) return;
     address_ = address;
     showTexts();
     text_.set_text(displayed(address, address.size()));

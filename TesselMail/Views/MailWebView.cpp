@@ -21,6 +21,7 @@ ObjectRef<WebKitWebView> makeView(WebKitNetworkSession* session) {
         "javascript-can-open-windows-automatically", FALSE, //
         "javascript-can-access-clipboard", FALSE,           //
         "hardware-acceleration-policy", WEBKIT_HARDWARE_ACCELERATION_POLICY_NEVER, //
+        "enable-hyperlink-auditing", FALSE,                                        //
         "enable-fullscreen", FALSE,                                                //
         "enable-media", FALSE,                                                     //
         "enable-webgl", FALSE,                                                     //
@@ -96,6 +97,9 @@ MailWebView::~MailWebView() {
     coordinator_.retire();
     g_signal_handlers_disconnect_by_data(view_.get(), this);
     unset_child();
+    if (rulesFolder_.empty()) return;
+    std::error_code ignored; // usually gone already
+    std::filesystem::remove_all(rulesFolder_, ignored);
 }
 
 void MailWebView::configure() {
@@ -107,13 +111,16 @@ void MailWebView::configure() {
         this);
     g_signal_connect(view, "load-changed",
                      G_CALLBACK(+[](WebKitWebView*, WebKitLoadEvent event, MailWebView* self) {
-                         if (event == WEBKIT_LOAD_FINISHED)
+                         // A load that failed is told as finished, too.
+                         if (event == WEBKIT_LOAD_STARTED) self->loadFailed_ = false;
+                         if (event == WEBKIT_LOAD_FINISHED && !self->loadFailed_)
                              self->coordinator_.finishedLoading(self->page_.navigation());
                      }),
                      this);
     g_signal_connect(view, "load-failed",
                      G_CALLBACK(+[](WebKitWebView*, WebKitLoadEvent, const char*, GError* error,
                                     MailWebView* self) -> gboolean {
+                         self->loadFailed_ = true;
                          self->coordinator_.failedLoading(
                              g_error_matches(error, WEBKIT_NETWORK_ERROR, WEBKIT_NETWORK_ERROR_CANCELLED) ||
                              g_error_matches(error, WEBKIT_POLICY_ERROR,
@@ -142,6 +149,11 @@ void MailWebView::configure() {
                          return static_cast<GtkWidget*>(nullptr); // no other windows
                      }),
                      this);
+    g_signal_connect(session_.get(), "download-started",
+                     G_CALLBACK(+[](WebKitNetworkSession*, WebKitDownload* download, gpointer) {
+                         webkit_download_cancel(download);
+                     }),
+                     nullptr);
     g_signal_connect(
         view, "permission-request",
         G_CALLBACK(+[](WebKitWebView*, WebKitPermissionRequest* request, MailWebView*) -> gboolean {
@@ -190,7 +202,11 @@ void MailWebView::update(bool dark, bool interactive) {
                          static_cast<float>(paper >> 8 & 0xFF) / 255, static_cast<float>(paper & 0xFF) / 255,
                          1};
     webkit_web_view_set_background_color(view_.get(), &colour);
-    if (!*model_.rendered || !*model_.message) return;
+    if (!*model_.rendered || !*model_.message) {
+        target_.set_visible(false);
+        coordinator_.setInteractive(false);
+        return;
+    }
     coordinator_.show({.identity = *model_.selectionVersion,
                        .rendered = *model_.rendered,
                        .plain = (*model_.message)->plain,

@@ -43,6 +43,7 @@ private:
     Gtk::Label target_; // the address under the pointer
     LinkPopover link_;
     Glib::RefPtr<Gio::SimpleAction> copyLink_;
+    bool loadFailed_ = false;
     std::string rulesFolder_; // empty when it could not be made
     ObjectRef<WebKitUserContentFilterStore> rules_;
     std::shared_ptr<MailWebView*> self_; // emptied when this is gone

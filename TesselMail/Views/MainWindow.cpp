@@ -78,6 +78,10 @@ MainWindow::MainWindow(AppModel& model)
 MainWindow::~MainWindow() {
     g_signal_handlers_disconnect_by_data(outer_, this);
     g_signal_handlers_disconnect_by_data(inner_, this);
+    if (errorDialog_) {
+        g_signal_handlers_disconnect_by_data(errorDialog_, this);
+        gtk_window_destroy(GTK_WINDOW(errorDialog_));
+    }
 }
 
 void MainWindow::arrangePanes() {
@@ -134,11 +138,12 @@ bool MainWindow::drop(const Glib::ValueBase& value, double, double) {
     dropFrame_.set_visible(false);
     std::vector<MailCore::URL> urls;
     const auto* item = static_cast<const GSList*>(g_value_get_boxed(value.gobj()));
-    for (; item && urls.size() < filesPerDrop; item = item->next)
+    std::size_t offered = 0;
+    for (; item && offered < filesPerDrop; item = item->next, ++offered)
         if (const char* const path = g_file_peek_path(G_FILE(item->data)))
             urls.push_back(MailCore::URL::file(path));
     model_.open(urls);
-    return !urls.empty();
+    return offered > 0;
 }
 
 void MainWindow::showTexts() {

@@ -130,7 +130,10 @@ void MessageList::showSelection(bool scroll) {
 void MessageList::select() {
     if (updating_) return;
     const guint position = selection_->get_selected();
-    if (position < rows_->entries().size()) model_.select(rows_->entries()[position]->id);
+    if (position < rows_->entries().size())
+        model_.select(rows_->entries()[position]->id);
+    else
+        model_.select(std::nullopt);
 }
 
 // Asking again for the message on show reads it anew when it failed.

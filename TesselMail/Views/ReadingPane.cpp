@@ -142,6 +142,7 @@ void ReadingPane::showPage() {
 }
 
 void ReadingPane::showReading() {
+    if (web_ && *model_.reading) web_->closeLink();
     spinnerDelay_.disconnect();
     if (*model_.reading)
         spinnerDelay_ = Glib::signal_timeout().connect(

@@ -49,6 +49,9 @@ void answered(GObject* view, GAsyncResult* result, gpointer answer) noexcept {
 }
 
 void call(WebKitWebView* view, std::string_view script, GVariant* arguments, Answer answer) {
+    // The web view reads the arguments in this very call and leaves them to us.
+    const std::unique_ptr<GVariant, decltype(&g_variant_unref)> held(g_variant_ref_sink(arguments),
+                                                                     &g_variant_unref);
     auto owned = std::make_unique<Answer>(std::move(answer));
     webkit_web_view_call_async_javascript_function(view, script.data(), static_cast<gssize>(script.size()),
                                                    arguments, scriptWorld, nullptr, nullptr, answered,
