@@ -469,7 +469,6 @@ const MailAttachment* Renderer::inlineImage(const ElementAttributes& attributes,
 
 /// The first attachment with this content ID; null when there is none.
 const MailAttachment* Renderer::attachment(std::string_view contentID) {
-    if (contentID.empty()) return nullptr;
     if (safeTypes_.empty()) {
         safeTypes_.resize(message_.attachments.size());
         for (std::size_t index = 0; index < message_.attachments.size(); ++index)
