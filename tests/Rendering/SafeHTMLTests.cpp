@@ -216,7 +216,7 @@ TEST(SafeHTML, InlinesOnlySmallSingleImagesOfTheMessage) {
         {"an animated PNG", "<img src=cid:logo>", png(8, 8, animationControl(2)), "logo", ""},
         {"a vector image", "<img src=cid:logo>", "<svg/>", "logo", ""},
         {"another case of the identifier", "<img src=cid:Logo>", png(8, 8), "logo", ""},
-        {"no identifier", "<img src=cid:>", png(8, 8), "", ""},
+        {"an empty identifier", "<img src=cid:>", png(8, 8), "", "image/png"},
         {"a remote image", "<img src=https://a.example/logo>", png(8, 8), "https://a.example/logo", ""},
         {"data of the message's own", "<img src='data:image/png;base64,AAAA'>", png(8, 8), "logo", ""},
         {"no source", "<img>", png(8, 8), "logo", ""},
