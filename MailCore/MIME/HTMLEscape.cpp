@@ -1,22 +1,6 @@
 #include "MailCore/MIME/HTMLEscape.h"
 
-#include <array>
-
 namespace MailCore::SafeHTML {
-
-namespace {
-
-constexpr auto escapes = [] {
-    std::array<std::string_view, 256> table{};
-    table['&'] = "&amp;";
-    table['<'] = "&lt;";
-    table['>'] = "&gt;";
-    table['"'] = "&quot;";
-    table['\''] = "&#39;";
-    return table;
-}();
-
-} // namespace
 
 std::string escape(std::string_view text) {
     std::string result;

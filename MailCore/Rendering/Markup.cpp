@@ -1,5 +1,6 @@
 #include "MailCore/Rendering/Markup.h"
 
+#include "MailCore/MIME/HTMLEscape.h"
 #include "MailCore/Platform/Text.h"
 #include "MailCore/Rendering/HTMLEntities.h"
 
@@ -61,16 +62,7 @@ Reference reference(std::string_view text, std::size_t at) noexcept {
     return {end + 1, value, 0};
 }
 
-/// What a byte is written as in HTML; empty for one that stays.
-constexpr auto escapes = [] {
-    std::array<std::string_view, 256> table{};
-    table['&'] = "&amp;";
-    table['<'] = "&lt;";
-    table['>'] = "&gt;";
-    table['"'] = "&quot;";
-    table['\''] = "&#39;";
-    return table;
-}();
+using SafeHTML::escapes;
 
 constexpr auto isEscaped = [] {
     std::array<bool, 256> table{};
