@@ -1,0 +1,71 @@
+#pragma once
+
+#include "MailCore/Platform/Bytes.h"
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace MailCore {
+
+/// A Compound File Binary container (MS-CFB): storages and streams inside one file, found through sector
+/// tables. Immutable once opened; any number of threads may read from one. Borrows the file's bytes, which
+/// outlive it.
+class Compound {
+public:
+    /// What the `kind` of a directory entry says; other values are kept as they are.
+    enum Kind : std::uint8_t { empty = 0, storage = 1, streamObject = 2, root = 5 };
+    /// Where a table or a directory entry says "none", and where a chain says "end".
+    static constexpr std::uint32_t none = 0xFFFF'FFFF;
+    static constexpr std::uint32_t endOfChain = 0xFFFF'FFFE;
+
+    /// One directory entry (MS-CFB §2.6.1), empty slots included.
+    struct Node {
+        std::string name; // as stored; empty when it is no valid UTF-16
+        std::uint8_t kind = empty;
+        std::uint32_t left = none; // entry numbers
+        std::uint32_t right = none;
+        std::uint32_t child = none;
+        std::uint32_t start = 0; // first sector, or first mini sector of a small stream
+        std::int64_t size = 0;   // bytes
+    };
+    using Paths = std::map<std::string, std::size_t, std::less<>>;
+
+    /// Reads header, tables and the whole tree of the container in `data`; all or nothing.
+    /// Throws MailError: `malformed` for broken structure; `tooMany` above 2,560,127 bytes of directory
+    /// (20,000 entries); `tooLarge` for an entry of 4 GiB and more.
+    explicit Compound(ByteView data);
+
+    /// The bytes of the stream at `path` (case does not matter); nothing when there is no such stream or it
+    /// is larger than 32 MiB. Throws MailError::malformed when its sectors cannot be followed or end too
+    /// early.
+    [[nodiscard]] std::optional<Bytes> stream(std::string_view path) const;
+
+    /// Where every entry of the tree is: "name" or "storage/name", in lower case, to its place in `nodes`.
+    const Paths& paths() const noexcept { return paths_; }
+    /// All directory entries, in directory order.
+    const std::vector<Node>& nodes() const noexcept { return nodes_; }
+    /// Bytes of a sector: 512 or 4,096.
+    std::int64_t sector() const noexcept { return sector_; }
+
+private:
+    /// Who follows whom in a table, and how many units each chain has from there to its end.
+    struct Chains {
+        std::vector<std::uint32_t> next;
+        std::vector<std::uint32_t> lengths; // 0: broken, looping, or outside of the data
+        void measure(std::int64_t available);
+    };
+
+    ByteView data_;
+    std::int64_t sector_ = 0;
+    Chains fat_;
+    Chains miniFat_;
+    Bytes mini_;
+    Paths paths_;
+    std::vector<Node> nodes_;
+};
+
+} // namespace MailCore
