@@ -3,8 +3,6 @@
 #include "MailCore/Platform/Text.h"
 #include "MailCore/Platform/URL.h"
 
-#include <unicode/uchar.h>
-
 namespace MailCore {
 
 namespace {
@@ -14,9 +12,7 @@ constexpr std::size_t largestExtension = 20;
 constexpr std::string_view defaultName = "Attachment";
 
 bool isForbidden(char32_t codePoint) {
-    if (codePoint == '/' || codePoint == '\\' || codePoint == ':') return true;
-    const auto category = u_charType(static_cast<UChar32>(codePoint));
-    return category == U_CONTROL_CHAR || category == U_FORMAT_CHAR;
+    return codePoint == '/' || codePoint == '\\' || codePoint == ':' || Text::isControl(codePoint);
 }
 
 std::string withoutForbidden(std::string_view name) {

@@ -49,18 +49,38 @@ public:
     /// All directory entries, in directory order.
     const std::vector<Node>& nodes() const noexcept { return nodes_; }
     /// Bytes of a sector: 512 or 4,096.
-    std::int64_t sector() const noexcept { return sector_; }
+    std::size_t sector() const noexcept { return sector_; }
 
 private:
-    /// Who follows whom in a table, and how many units each chain has from there to its end.
+    /// A table that says for each unit of the data which one comes next.
     struct Chains {
         std::vector<std::uint32_t> next;
-        std::vector<std::uint32_t> lengths; // 0: broken, looping, or outside of the data
-        void measure(std::int64_t available);
+        std::vector<std::uint32_t> lengths; // units from here to the end of the chain; 0 when it is broken
+
+        /// Fills `lengths`, for data of that many whole units.
+        void measure(std::size_t units);
+        /// Units of the chain from `start`. Throws MailError::malformed when it is broken.
+        std::size_t length(std::uint32_t start) const;
+        /// The first `count` bytes of a chain that is whole and has as many.
+        Bytes read(ByteView units, std::size_t unit, std::uint32_t start, std::size_t count) const;
     };
 
+    /// What follows the header's sector.
+    ByteView sectors() const noexcept;
+    ByteView sectorData(std::uint32_t number) const;
+    /// The count at `offset` of the header, of sectors: never more than the file has room for.
+    std::size_t sectorCount(std::size_t offset) const;
+    /// Bytes of the chain of sectors from `start`, at most `largest`.
+    std::size_t fileChain(std::uint32_t start, std::size_t largest) const;
+    std::vector<std::uint32_t> readFat() const;
+    /// The first `count` numbers of the FAT's own sectors, fewer when there are no more: from the header,
+    /// then from the chain of sectors that continues it, which is looked at whole.
+    std::vector<std::uint32_t> fatSectors(std::size_t count) const;
+    void readDirectory();
+    void readMiniFat();
+
     ByteView data_;
-    std::int64_t sector_ = 0;
+    std::size_t sector_;
     Chains fat_;
     Chains miniFat_;
     Bytes mini_;

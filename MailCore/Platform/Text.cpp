@@ -170,6 +170,24 @@ std::string mapped(std::string_view text, Map map) {
     return U_SUCCESS(status) ? result : std::string(text);
 }
 
+/// `text` without what `isTrimmed` says at both ends.
+template <typename Predicate>
+std::string_view trimmedOf(std::string_view text, Predicate isTrimmed) noexcept {
+    while (!text.empty()) {
+        std::size_t at = 0;
+        if (!isTrimmed(next(text, at))) break;
+        text.remove_prefix(at);
+    }
+    while (!text.empty()) {
+        std::size_t start = text.size() - 1;
+        while (start > 0 && (static_cast<unsigned char>(text[start]) & 0xC0) == 0x80) --start;
+        std::size_t at = start;
+        if (!isTrimmed(next(text, at))) break;
+        text.remove_suffix(text.size() - start);
+    }
+    return text;
+}
+
 } // namespace
 
 std::string repaired(ByteView bytes) {
@@ -253,20 +271,18 @@ bool isWhitespace(char32_t codePoint) noexcept {
            codePoint == 0x202F || codePoint == 0x205F || codePoint == 0x3000;
 }
 
+bool isControl(char32_t codePoint) noexcept {
+    if (codePoint < 0x80) return codePoint < 0x20 || codePoint == 0x7F;
+    const auto category = u_charType(static_cast<UChar32>(codePoint));
+    return category == U_CONTROL_CHAR || category == U_FORMAT_CHAR;
+}
+
 std::string_view trimmed(std::string_view text) noexcept {
-    while (!text.empty()) {
-        std::size_t at = 0;
-        if (!isWhitespace(next(text, at))) break;
-        text.remove_prefix(at);
-    }
-    while (!text.empty()) {
-        std::size_t start = text.size() - 1;
-        while (start > 0 && (static_cast<unsigned char>(text[start]) & 0xC0) == 0x80) --start;
-        std::size_t at = start;
-        if (!isWhitespace(next(text, at))) break;
-        text.remove_suffix(text.size() - start);
-    }
-    return text;
+    return trimmedOf(text, isWhitespace);
+}
+
+std::string_view trimmedControls(std::string_view text) noexcept {
+    return trimmedOf(text, isControl);
 }
 
 std::string_view trimmed(std::string_view text, std::string_view set) noexcept {

@@ -26,10 +26,15 @@ void append(std::string& text, char32_t codePoint);
 
 /// White space and line breaks (Unicode Z*, U+0009 to U+000D, U+0085).
 bool isWhitespace(char32_t codePoint) noexcept;
+/// Control and format characters (Unicode Cc and Cf), among them U+0000, line breaks and direction marks.
+bool isControl(char32_t codePoint) noexcept;
 /// `text` without white space and line breaks at both ends; points into it.
 std::string_view trimmed(std::string_view text) noexcept;
 /// `text` without the characters of `set` (ASCII) at both ends; points into it.
 std::string_view trimmed(std::string_view text, std::string_view set) noexcept;
+
+/// `text` without control and format characters at both ends; points into it.
+std::string_view trimmedControls(std::string_view text) noexcept;
 
 /// Unicode lower case, independent of locale; ASCII takes a short way.
 std::string lowered(std::string_view text);

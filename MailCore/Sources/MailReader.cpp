@@ -1,6 +1,8 @@
 #include "MailCore/Sources/MailReader.h"
 
+#include "MailCore/Model/Limits.h"
 #include "MailCore/Model/MailError.h"
+#include "MailCore/Outlook/Outlook.h"
 #include "MailCore/Platform/Text.h"
 #include "MailCore/Sources/Emlx.h"
 #include "MailCore/Sources/HeaderBlock.h"
@@ -8,6 +10,7 @@
 #include "MailCore/Sources/Maildir.h"
 #include "MailCore/Sources/Mbox.h"
 #include "MailCore/Sources/MemoryIndex.h"
+#include "MailCore/Sources/SourceFile.h"
 
 #include <algorithm>
 #include <sys/stat.h>
@@ -20,12 +23,22 @@ bool isArchive(std::string_view extension) {
     return extension == "mbox" || extension == "mbx" || extension == "mbo";
 }
 
-bool isOutlook(std::string_view extension) {
-    return extension == "msg" || extension == "oft";
+/// What the index is told of an Outlook file, which has no header block: as fields, what its message says; of
+/// one that is too large to be read, its name.
+std::vector<Header> outlookFields(const URL& url, const FileHandle& handle, const FileRevision& revision,
+                                  const Cancelled& cancelled) {
+    if (revision.size > Limits::message) return {{"Subject", url.lastPathComponent()}};
+    const MailMessage message = Outlook::parse(read(handle, revision.size, cancelled));
+    return {{"Subject", message.subject},
+            {"From", message.from},
+            {"Date", message.date},
+            {"To", message.to},
+            {"Cc", message.cc}};
 }
 
-std::vector<Header> headerFields(const FileHandle& handle, const FileRevision& revision,
+std::vector<Header> headerFields(const URL& url, const FileHandle& handle, const FileRevision& revision,
                                  std::string_view extension, const Cancelled& cancelled) {
+    if (Outlook::isExtension(extension)) return outlookFields(url, handle, revision, cancelled);
     if (extension == "emlx") handle.seek(emlxRange(handle, 0, revision.size).offset);
     ArchiveLines lines(handle, cancelled);
     return headers(lines).fields;
@@ -36,8 +49,7 @@ MailCollection indexSingleMessage(const URL& url, std::string_view extension, co
     const FileHandle handle = openSource(url);
     const FileRevision revision = FileRevision::capture(handle);
     if (revision.size < 1) throw MailError(MailError::malformed);
-    if (isOutlook(extension)) throw MailError(MailError::unsupported);
-    const std::vector<Header> fields = headerFields(handle, revision, extension, cancelled);
+    const std::vector<Header> fields = headerFields(url, handle, revision, extension, cancelled);
     requireUnchanged(handle, revision);
     if (fields.empty()) throw MailError(MailError::malformed);
     MemoryIndex index(url, limits, progress, batch);

@@ -1,6 +1,7 @@
 #include "MailCore/MIME/MIME.h"
 #include "MailCore/Model/Limits.h"
 #include "MailCore/Model/MailError.h"
+#include "MailCore/Outlook/Outlook.h"
 #include "MailCore/Platform/Text.h"
 #include "MailCore/Sources/MailReader.h"
 
@@ -24,8 +25,8 @@ Bytes source(const MessageEntry& entry, const Cancelled& cancelled) {
 MailMessage message(const MessageEntry& entry, const Cancelled& cancelled) {
     const Bytes data = source(entry, cancelled);
     const std::string extension = Text::lowered(entry.file.pathExtension());
-    if (extension == "msg" || extension == "oft") throw MailError(MailError::unsupported);
-    MailMessage message = MIME::parse(emlx(data, extension), cancelled);
+    MailMessage message = Outlook::isExtension(extension) ? Outlook::parse(data)
+                                                          : MIME::parse(emlx(data, extension), cancelled);
     if (cancelled()) throw MailError(MailError::cancelled);
     return message;
 }

@@ -2,6 +2,7 @@
 
 #include "MailCore/MIME/MIME.h"
 #include "MailCore/Model/MailError.h"
+#include "MailCore/Outlook/Outlook.h"
 #include "MailCore/Platform/Text.h"
 #include "MailCore/Rendering/SafeHTML.h"
 #include "MailCore/Sources/MailReader.h"
@@ -80,15 +81,14 @@ ReadMessage readable(MailCore::MailMessage message) {
 }
 
 bool isOutlook(const MailCore::MailAttachment& attachment) {
-    const std::string extension = MailCore::Text::lowered(MailCore::pathExtension(attachment.name));
-    return MailCore::Text::lowered(attachment.type) == "application/vnd.ms-outlook" || extension == "msg" ||
-           extension == "oft";
+    return MailCore::Text::lowered(attachment.type) == "application/vnd.ms-outlook" ||
+           MailCore::Outlook::isExtension(MailCore::Text::lowered(MailCore::pathExtension(attachment.name)));
 }
 
 MailCore::MailMessage attachedMessage(const MailCore::MailAttachment& attachment,
                                       const CancellationToken& token) {
     if (!attachment.embedded.empty()) return attachment.embedded.front();
-    if (isOutlook(attachment)) throw MailError(MailError::unsupported);
+    if (isOutlook(attachment)) return MailCore::Outlook::parse(attachment.bytes);
     return MailCore::MIME::parse(attachment.bytes, cancelledBy(token));
 }
 

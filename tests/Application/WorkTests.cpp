@@ -109,8 +109,8 @@ TEST_F(Work, DecodesAnAttachedMessageByWhatItCarries) {
         std::string_view outcome;
     };
     const Case cases[] = {
-        {"Outlook's type in capitals", "a", "APPLICATION/VND.MS-OUTLOOK", false, "unsupported"},
-        {"Outlook's extension in capitals", "a.MSG", "application/octet-stream", false, "unsupported"},
+        {"Outlook's type in capitals", "a", "APPLICATION/VND.MS-OUTLOOK", false, "malformed"},
+        {"Outlook's extension in capitals", "a.MSG", "application/octet-stream", false, "malformed"},
         {"a generic type", "a.eml", "application/octet-stream", false, "done"},
         {"a message that was decoded before", "a.msg", "application/vnd.ms-outlook", true, "done"},
     };
