@@ -59,30 +59,12 @@ std::uint32_t u32(ByteView data, std::size_t offset) {
     return integer<std::uint32_t>(data, offset);
 }
 
-/// UTF-16LE as UTF-8; nothing when it is invalid.
-std::optional<std::string> decodeName(ByteView bytes) {
-    if (bytes.size() % 2 != 0) return std::nullopt;
-    std::string name;
-    for (std::size_t at = 0; at < bytes.size(); at += 2) {
-        char32_t codePoint = u16(bytes, at);
-        if (codePoint >= 0xD800 && codePoint <= 0xDFFF) {
-            if (codePoint >= 0xDC00 || bytes.size() - at < 4) return std::nullopt;
-            at += 2;
-            const char32_t low = u16(bytes, at);
-            if (low < 0xDC00 || low > 0xDFFF) return std::nullopt;
-            codePoint = 0x10000 + ((codePoint - 0xD800) << 10) + (low - 0xDC00);
-        }
-        Text::append(name, codePoint);
-    }
-    return name;
-}
-
 Compound::Node decodeEntry(ByteView entry) {
     if (u32(entry, 124) != 0) throw MailError(MailError::tooLarge);
     Compound::Node node;
     const std::size_t nameLength = u16(entry, 64);
     if (nameLength >= 2 && nameLength <= 64)
-        node.name = decodeName(entry.first(nameLength - 2)).value_or(std::string());
+        node.name = Text::fromUTF16LE(entry.first(nameLength - 2)).value_or(std::string());
     node.kind = std::to_integer<std::uint8_t>(entry[66]);
     node.left = u32(entry, 68);
     node.right = u32(entry, 72);

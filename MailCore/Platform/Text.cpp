@@ -1,5 +1,7 @@
 #include "MailCore/Platform/Text.h"
 
+#include "MailCore/Platform/LittleEndian.h"
+
 #include <unicode/brkiter.h>
 #include <unicode/bytestream.h>
 #include <unicode/casemap.h>
@@ -203,6 +205,50 @@ std::string repaired(ByteView bytes) {
         text += replacement;
         at += sequence(data + at, bytes.size() - at).length;
     }
+    return text;
+}
+
+std::optional<std::string> fromUTF16LE(ByteView bytes) {
+    if (bytes.size() % 2 != 0) return std::nullopt;
+    std::string text;
+    text.resize(bytes.size() / 2 * 3); // three bytes of UTF-8 for a unit at most
+    char* out = text.data();
+    const std::byte* in = bytes.data();
+    const std::byte* const end = in + bytes.size();
+    const auto unit = [&in] { return littleEndian<std::uint16_t>(ByteView(in, 2)); };
+    const auto put = [&out](char32_t byte) { *out++ = static_cast<char>(byte); };
+    while (in < end) {
+        // Four units of ASCII at a time: that is what most texts are made of.
+        for (; end - in >= 8; in += 8, out += 4) {
+            const auto units = littleEndian<std::uint64_t>(ByteView(in, 8));
+            if ((units & 0xFF80'FF80'FF80'FF80) != 0) break;
+            for (int index = 0; index < 4; ++index) out[index] = static_cast<char>(units >> (16 * index));
+        }
+        if (in == end) break;
+        char32_t codePoint = unit();
+        in += 2;
+        if (codePoint >= 0xD800 && codePoint <= 0xDFFF) {
+            if (codePoint >= 0xDC00 || in == end) return std::nullopt;
+            const char32_t low = unit();
+            if (low < 0xDC00 || low > 0xDFFF) return std::nullopt;
+            in += 2;
+            codePoint = 0x10000 + ((codePoint - 0xD800) << 10) + (low - 0xDC00);
+            put(0xF0 | codePoint >> 18);
+            put(0x80 | (codePoint >> 12 & 0x3F));
+            put(0x80 | (codePoint >> 6 & 0x3F));
+            put(0x80 | (codePoint & 0x3F));
+        } else if (codePoint >= 0x800) {
+            put(0xE0 | codePoint >> 12);
+            put(0x80 | (codePoint >> 6 & 0x3F));
+            put(0x80 | (codePoint & 0x3F));
+        } else if (codePoint >= 0x80) {
+            put(0xC0 | codePoint >> 6);
+            put(0x80 | (codePoint & 0x3F));
+        } else {
+            put(codePoint);
+        }
+    }
+    text.resize(static_cast<std::size_t>(out - text.data()));
     return text;
 }
 

@@ -11,6 +11,9 @@ namespace MailCore::Text {
 
 /// `bytes` read as UTF-8, each maximal invalid sequence replaced by U+FFFD.
 std::string repaired(ByteView bytes);
+/// `bytes` read as UTF-16LE without a mark; absent when they are not well-formed (an odd byte, a surrogate
+/// without its other half).
+std::optional<std::string> fromUTF16LE(ByteView bytes);
 /// Whether `bytes` are well-formed UTF-8 (no surrogates, nothing above U+10FFFF).
 bool isValid(ByteView bytes) noexcept;
 

@@ -31,6 +31,31 @@ TEST(TextRepair, PutsOneReplacementForEachMaximalInvalidSequence) {
     }
 }
 
+TEST(TextFromUTF16, TakesWellFormedBytesOnly) {
+    struct Case {
+        std::string_view name;
+        std::string bytes;
+        std::optional<std::string> text;
+    };
+    const Case cases[] = {
+        {"nothing", "", ""},
+        {"fewer than four units of ASCII", "a\0b\0c\0"s, "abc"},
+        {"ASCII around other scripts", "a\0b\0c\0d\0\xE9\0e\0f\0g\0h\0\x2D\x4E"s, "abcdéefgh中"},
+        {"the edges of lengths", "\x7F\0\x80\0\xFF\x07\0\x08\xFF\xFF"s, "\x7F\u0080\u07FF\u0800\uFFFF"},
+        {"a pair", "\x3D\xD8\0\xDE"s, "😀"},
+        {"a mark is a character", "\xFF\xFEz\0"s, "\uFEFFz"},
+        {"U+0000 stays", "a\0\0\0"s, "a\0"s},
+        {"a high half at the end", "a\0\x3D\xD8"s, std::nullopt},
+        {"a high half before a letter", "\x3D\xD8z\0"s, std::nullopt},
+        {"a low half first", "\0\xDE\x3D\xD8"s, std::nullopt},
+        {"an odd byte", "a\0b"s, std::nullopt},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        EXPECT_EQ(Text::fromUTF16LE(bytesOf(c.bytes)), c.text);
+    }
+}
+
 TEST(TextPrefix, CutsBetweenCharactersAsPeopleSeeThem) {
     const std::string family = "👨‍👩‍👧";
     const std::string longMark = "e" + [] {
