@@ -19,12 +19,12 @@ for preset in asan tsan; do
 done
 
 build fuzz fuzzers
-for program in build/fuzz/fuzz/fuzz_*[a-z]; do
-    name=${program##*/fuzz_}
+for seeds in fuzz/seeds/*; do
+    name=${seeds##*/}
     say "Fuzzing $name for ${FUZZ_SECONDS:-60} s"
     mkdir -p "build/fuzz/corpus/$name"
-    "$program" -max_total_time="${FUZZ_SECONDS:-60}" -timeout=10 -rss_limit_mb=4096 -max_len=65536 -print_final_stats=1 \
-        -artifact_prefix="build/fuzz/$name-" "build/fuzz/corpus/$name" "fuzz/seeds/$name" 2>&1 |
+    "build/fuzz/fuzz/fuzz_$name" -max_total_time="${FUZZ_SECONDS:-60}" -timeout=10 -rss_limit_mb=4096 -max_len=65536 -print_final_stats=1 \
+        -artifact_prefix="build/fuzz/$name-" "build/fuzz/corpus/$name" "$seeds" 2>&1 |
         tee "build/fuzz/$name.log" | grep -E 'ERROR|SUMMARY|stat::number_of_executed_units|Test unit written' || true
     if grep -q 'ERROR' "build/fuzz/$name.log"; then exit 1; fi
 done
