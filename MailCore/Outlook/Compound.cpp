@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
 #include <span>
 
 namespace MailCore {
@@ -159,7 +160,7 @@ Bytes Compound::Chains::read(ByteView units, std::size_t unit, std::uint32_t sta
             number = next[number];
         } while (number == first + run && filled + run * unit < count);
         const ByteView piece = units.subspan(first * unit, std::min(run * unit, count - filled));
-        std::ranges::copy(piece, bytes.begin() + static_cast<std::ptrdiff_t>(filled));
+        std::memcpy(bytes.data() + filled, piece.data(), piece.size());
         filled += piece.size();
     }
     return bytes;
@@ -182,7 +183,8 @@ Compound::Compound(ByteView data) : data_(data), sector_(sectorSize(data)) {
 }
 
 std::optional<Bytes> Compound::stream(std::string_view path) const {
-    const auto found = paths_.find(Text::lowered(path));
+    auto found = paths_.find(path);
+    if (found == paths_.end()) found = paths_.find(Text::lowered(path));
     if (found == paths_.end()) return std::nullopt;
     const Node& node = nodes_[found->second];
     const auto size = static_cast<std::size_t>(node.size);
