@@ -7,6 +7,7 @@
 #include "MailCore/Model/Limits.h"
 #include "MailCore/Model/MailError.h"
 #include "MailCore/Model/SafeFilename.h"
+#include "MailCore/Outlook/Outlook.h"
 #include "MailCore/Platform/Text.h"
 #include "MailCore/Rendering/MailStyles.h"
 #include "MailCore/Rendering/SafeHTML.h"
@@ -292,6 +293,34 @@ Json parse(const Json& request) {
     return json(MIME::parse(bytes(request, "data64"), never), optionalBoolean(request, "bytes"));
 }
 
+/// The bytes that a request carries, or the whole file it names.
+Bytes bytesOrFile(const Json& request) {
+    if (!isAbsent(request, "data64")) return bytes(request, "data64");
+    const FileHandle file = MailReader::openSource(path(request));
+    return MailReader::read(file, FileRevision::capture(file).size, never);
+}
+
+Json outlook(const Json& request) {
+    return json(Outlook::parse(bytesOrFile(request)), optionalBoolean(request, "bytes"));
+}
+
+Json compound(const Json& request) {
+    const Bytes data = bytesOrFile(request);
+    const Compound compound(data);
+    Json paths = Json::object();
+    for (const auto& [path, index] : compound.paths()) paths[path] = index;
+    Json nodes = Json::array();
+    for (const Compound::Node& node : compound.nodes())
+        nodes.push_back({{"name", node.name}, {"kind", node.kind}, {"size", node.size}});
+    return {{"sector", compound.sector()}, {"paths", std::move(paths)}, {"nodes", std::move(nodes)}};
+}
+
+Json stream(const Json& request) {
+    const Bytes data = bytesOrFile(request);
+    const std::optional<Bytes> found = Compound(data).stream(text(request, "name"));
+    return found ? base64(*found) : Json(nullptr);
+}
+
 Json split(const Json& request) {
     const Bytes data = bytes(request, "data64");
     const MIME::Split parts = MIME::split(data);
@@ -415,6 +444,9 @@ const std::map<std::string, Operation, std::less<>>& operations() {
         {"export", exportOriginal},
         {"validateDestination", validateDestination},
         {"parse", parse},
+        {"outlook", outlook},
+        {"compound", compound},
+        {"stream", stream},
         {"split", split},
         {"headerText", [](const Json& r) -> Json { return MIME::headerText(text(r, "text")); }},
         {"parameters", parameters},
