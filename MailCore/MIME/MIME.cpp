@@ -4,6 +4,7 @@
 #include "MailCore/MIME/HTMLEscape.h"
 #include "MailCore/Model/Limits.h"
 #include "MailCore/Model/MailError.h"
+#include "MailCore/Platform/BytePair.h"
 #include "MailCore/Platform/Text.h"
 
 #include <algorithm>
@@ -19,10 +20,14 @@ constexpr std::size_t mostHeaders = 2'000;
 constexpr int deepestLevel = 16;
 constexpr std::int64_t byteBudget = 3 * Limits::message;
 constexpr std::size_t longestBoundary = 199; // bytes
+constexpr std::size_t bytesBetweenChecks = 131'072;
 
 constexpr std::string_view blanks = " \t";
 constexpr std::string_view plainSeparator = "\n\n";
 constexpr std::string_view htmlSeparator = "\n";
+
+/// What is decoded: the whole message, or its texts alone.
+enum class Wanted { everything, texts };
 
 struct DefaultName {
     std::string_view mediaType;
@@ -125,12 +130,15 @@ class Content {
 public:
     Content(ByteView body, std::string_view transferEncoding) : bytes_(body) {
         if (transferEncoding == "base64") {
-            decoded_ = Base64::decode(charsOf(body));
-            valid_ = decoded_.has_value();
+            std::optional<Bytes> decoded = Base64::decode(charsOf(body));
+            valid_ = decoded.has_value();
+            if (decoded) decoded_ = std::move(*decoded);
         } else if (transferEncoding == "quoted-printable") {
             decoded_ = quotedPrintable(body, false);
+        } else {
+            isDecoded_ = false;
         }
-        if (decoded_) bytes_ = *decoded_;
+        if (isDecoded_) bytes_ = decoded_;
     }
     Content(const Content&) = delete;
     Content& operator=(const Content&) = delete;
@@ -138,13 +146,11 @@ public:
     /// False: the encoding was broken, there are no bytes.
     bool isValid() const noexcept { return valid_; }
     ByteView view() const noexcept { return bytes_; }
-    Bytes take() && {
-        if (!valid_) return {};
-        return decoded_ ? std::move(*decoded_) : copyOf(bytes_);
-    }
+    Bytes take() && { return isDecoded_ ? std::move(decoded_) : copyOf(bytes_); }
 
 private:
-    std::optional<Bytes> decoded_;
+    Bytes decoded_; // empty when the encoding was broken
+    bool isDecoded_ = true;
     ByteView bytes_;
     bool valid_ = true;
 };
@@ -154,9 +160,11 @@ bool isBodyText(const Description& leaf) {
            (leaf.type == "text/plain" || leaf.type == "text/html" || leaf.type.empty());
 }
 
-void addLeaf(const Description& leaf, ByteView body, MailMessage& message) {
+void addLeaf(const Description& leaf, ByteView body, MailMessage& message, Wanted wanted) {
+    const bool isText = isBodyText(leaf);
+    if (!isText && wanted == Wanted::texts) return; // nor can what an attachment holds make decoding fail
     Content content(body, leaf.transferEncoding);
-    if (isBodyText(leaf)) {
+    if (isText) {
         if (!content.isValid()) throw MailError(MailError::malformed);
         const std::optional<std::string> charset = parameter("charset", leaf.contentType);
         if (leaf.type == "text/html") {
@@ -193,14 +201,16 @@ Delimiter delimiterKind(std::string_view line, std::string_view delimiter) noexc
 /// Finds the parts of a multipart body one after the other.
 class PartScanner {
 public:
-    PartScanner(std::string_view body, std::string_view boundary, const Cancelled& cancelled)
-        : body_(body), delimiter_("--" + std::string(boundary)), cancelled_(cancelled) {}
-    PartScanner(std::string_view, std::string_view, Cancelled&&) = delete;
+    PartScanner(std::string_view body, std::string_view boundary, Wanted wanted, const Cancelled& cancelled)
+        : body_(body), delimiter_("--" + std::string(boundary)), wanted_(wanted), cancelled_(cancelled) {}
+    PartScanner(std::string_view, std::string_view, Wanted, Cancelled&&) = delete;
 
     /// The next part, without the line end that belongs to the delimiter after it; points into the body.
     std::optional<ByteView> next() {
         while (at_ < body_.size()) {
             if (cancelled_()) throw MailError(MailError::cancelled);
+            if (wanted_ == Wanted::texts) skipUndashedLines();
+            if (at_ == body_.size()) break;
             const std::size_t start = at_;
             const std::size_t lineFeed = body_.find('\n', start);
             at_ = lineFeed == std::string_view::npos ? body_.size() : lineFeed + 1;
@@ -219,6 +229,28 @@ public:
     }
 
 private:
+    /// Passes the lines that cannot be delimiters, which is most of a message. Moves to the start of a line
+    /// or to the end.
+    void skipUndashedLines() {
+        constexpr BytePair lineStart({0, '\n', 0}, {1, '-', 0});
+        if (body_[at_] == '-') return;
+        while (body_.size() - at_ > 1) {
+            if (cancelled_()) throw MailError(MailError::cancelled);
+            const std::size_t count = std::min(body_.size() - at_ - 1, bytesBetweenChecks);
+            std::size_t found = 0;
+            const auto isFirst = [&found](std::size_t place) {
+                found = place + 1;
+                return true;
+            };
+            if (lineStart.any(body_.substr(at_), count, isFirst)) {
+                at_ += found;
+                return;
+            }
+            at_ += count;
+        }
+        at_ = body_.size();
+    }
+
     std::string_view trimmedPart(std::size_t start, std::size_t end) const noexcept {
         std::string_view part = body_.substr(start, end - start);
         if (part.ends_with('\n')) part.remove_suffix(1);
@@ -228,6 +260,7 @@ private:
 
     std::string_view body_;
     std::string delimiter_;
+    Wanted wanted_;
     const Cancelled& cancelled_;
     std::size_t at_ = 0;                   // the start of the next line
     std::optional<std::size_t> partStart_; // once a delimiter has been seen
@@ -261,6 +294,57 @@ std::optional<std::string> multipartBoundary(const Description& entity) {
     return boundary;
 }
 
+/// Counts one more entity of `size` bytes.
+void charge(std::size_t size, int depth, int& count, std::int64_t& budget, const Cancelled& cancelled) {
+    if (cancelled()) throw MailError(MailError::cancelled);
+    budget -= static_cast<std::int64_t>(size);
+    if (budget < 0) throw MailError(MailError::tooLarge);
+    ++count;
+    if (depth > deepestLevel || count > Limits::parts) throw MailError(MailError::tooMany);
+}
+
+/// Adds what an entity contains, which has been charged and cut into `halves`.
+void addEntity(const Split& halves, int depth, int& count, std::int64_t& budget, MailMessage& message,
+               Wanted wanted, const Cancelled& cancelled) {
+    const Description description = describe(halves.headers);
+    const std::optional<std::string> boundary = multipartBoundary(description);
+    if (!boundary) {
+        addLeaf(description, halves.body, message, wanted);
+        return;
+    }
+    const bool isAlternative = description.type == "multipart/alternative";
+    PartScanner parts(charsOf(halves.body), *boundary, wanted, cancelled);
+    while (const std::optional<ByteView> bytes = parts.next()) {
+        MailMessage child;
+        charge(bytes->size(), depth + 1, count, budget, cancelled);
+        addEntity(split(*bytes), depth + 1, count, budget, child, wanted, cancelled);
+        std::ranges::move(child.attachments, std::back_inserter(message.attachments));
+        if (isAlternative) {
+            replaceBodies(message, std::move(child));
+        } else {
+            appendBodies(message, child);
+        }
+    }
+}
+
+/// The halves of a whole message, which is neither too large nor without any field.
+Split splitMessage(ByteView data, const Cancelled& cancelled) {
+    if (cancelled()) throw MailError(MailError::cancelled);
+    if (data.size() > static_cast<std::size_t>(Limits::message)) throw MailError(MailError::tooLarge);
+    Split halves = split(data);
+    if (halves.headers.empty()) throw MailError(MailError::malformed);
+    return halves;
+}
+
+/// Adds the bodies, and when they are wanted the attachments, of the message `data` cut into `halves`.
+void addContents(ByteView data, const Split& halves, MailMessage& message, Wanted wanted,
+                 const Cancelled& cancelled) {
+    int count = 0;
+    std::int64_t budget = byteBudget;
+    charge(data.size(), 0, count, budget, cancelled);
+    addEntity(halves, 0, count, budget, message, wanted, cancelled);
+}
+
 } // namespace
 
 Split split(ByteView entity) {
@@ -281,49 +365,33 @@ Split split(ByteView entity) {
 
 void part(ByteView entity, int depth, int& count, std::int64_t& budget, MailMessage& message,
           const Cancelled& cancelled) {
-    if (cancelled()) throw MailError(MailError::cancelled);
-    budget -= static_cast<std::int64_t>(entity.size());
-    if (budget < 0) throw MailError(MailError::tooLarge);
-    ++count;
-    if (depth > deepestLevel || count > Limits::parts) throw MailError(MailError::tooMany);
-
-    const Split halves = split(entity);
-    const Description description = describe(halves.headers);
-    const std::optional<std::string> boundary = multipartBoundary(description);
-    if (!boundary) {
-        addLeaf(description, halves.body, message);
-        return;
-    }
-    const bool isAlternative = description.type == "multipart/alternative";
-    PartScanner parts(charsOf(halves.body), *boundary, cancelled);
-    while (const std::optional<ByteView> bytes = parts.next()) {
-        MailMessage child;
-        part(*bytes, depth + 1, count, budget, child, cancelled);
-        std::ranges::move(child.attachments, std::back_inserter(message.attachments));
-        if (isAlternative) {
-            replaceBodies(message, std::move(child));
-        } else {
-            appendBodies(message, child);
-        }
-    }
+    charge(entity.size(), depth, count, budget, cancelled);
+    addEntity(split(entity), depth, count, budget, message, Wanted::everything, cancelled);
 }
 
 MailMessage parse(ByteView data, const Cancelled& cancelled) {
-    if (cancelled()) throw MailError(MailError::cancelled);
-    if (data.size() > static_cast<std::size_t>(Limits::message)) throw MailError(MailError::tooLarge);
-    Split halves = split(data);
-    if (halves.headers.empty()) throw MailError(MailError::malformed);
+    Split halves = splitMessage(data, cancelled);
     MailMessage message;
     message.subject = headerText(value("Subject", halves.headers));
     message.from = headerText(value("From", halves.headers));
     message.to = headerText(value("To", halves.headers));
     message.cc = headerText(value("Cc", halves.headers));
     message.date = value("Date", halves.headers);
+    addContents(data, halves, message, Wanted::everything, cancelled);
     message.headers = std::move(halves.headers);
-    int count = 0;
-    std::int64_t budget = byteBudget;
-    part(data, 0, count, budget, message, cancelled);
     return message;
+}
+
+Texts texts(ByteView data, const Cancelled& cancelled) {
+    const Split halves = splitMessage(data, cancelled);
+    MailMessage message;
+    addContents(data, halves, message, Wanted::texts, cancelled);
+    return {
+        .to = headerText(value("To", halves.headers)),
+        .cc = headerText(value("Cc", halves.headers)),
+        .plain = std::move(message.plain),
+        .html = std::move(message.html),
+    };
 }
 
 } // namespace MailCore::MIME

@@ -3,6 +3,8 @@
 #include "MailCore/Platform/FileHandle.h"
 
 #include <cstdint>
+#include <optional>
+#include <string>
 
 namespace MailCore {
 
@@ -18,6 +20,8 @@ struct FileRevision {
 
     /// The revision of the open file (fstat). Throws MailError::malformed when it is not a regular file.
     static FileRevision capture(const FileHandle& handle);
+    /// The revision of the file at `path`, links followed (stat); absent when no regular file is there.
+    static std::optional<FileRevision> at(const std::string& path);
 };
 
 } // namespace MailCore

@@ -1,0 +1,89 @@
+#include "MailCore/Sources/TextReader.h"
+
+#include "MailCore/Model/Limits.h"
+#include "MailCore/Model/MailError.h"
+#include "MailCore/Outlook/Outlook.h"
+#include "MailCore/Platform/Text.h"
+#include "MailCore/Sources/MailReader.h"
+
+#include <algorithm>
+#include <utility>
+
+namespace MailCore::MailReader {
+
+namespace {
+
+// Small messages are read with those that follow. A large one is not: its neighbours are as large.
+constexpr std::size_t smallMessage = 32'768;
+
+} // namespace
+
+MIME::Texts TextReader::texts(const MessageEntry& entry) {
+    const ByteView data = range(entry);
+    MIME::Texts texts;
+    if (Outlook::isExtension(extension_)) {
+        MailMessage message = Outlook::parse(data);
+        texts = {.to = std::move(message.to),
+                 .cc = std::move(message.cc),
+                 .plain = std::move(message.plain),
+                 .html = std::move(message.html)};
+    } else {
+        texts = MIME::texts(emlx(data, extension_), cancelled_);
+    }
+    if (cancelled_()) throw MailError(MailError::cancelled);
+    return texts;
+}
+
+/// The bytes of the entry's range, from a file that is proven to be the one that was indexed; good until the
+/// next call.
+ByteView TextReader::range(const MessageEntry& entry) {
+    if (entry.length > Limits::message) throw MailError(MailError::tooLarge);
+    const bool follows = isStillOpen(entry);
+    if (!follows) open(entry);
+    handle_.seek(entry.offset);
+    const auto length = static_cast<std::size_t>(std::max<std::int64_t>(entry.length, 0));
+    const bool isBuffered = entry.offset >= start_ && entry.offset - start_ <= filled_ &&
+                            length <= filled_ - static_cast<std::size_t>(entry.offset - start_);
+    if (!isBuffered) fill(entry.offset, length, follows && length <= smallMessage ? readChunk : length);
+    if (entry.revision) requireUnchanged(handle_, *entry.revision);
+    return ByteView(buffer_).subspan(static_cast<std::size_t>(entry.offset - start_), length);
+}
+
+/// Whether the open file is the entry's: what opening it again would open, with the revision that was
+/// indexed.
+bool TextReader::isStillOpen(const MessageEntry& entry) const {
+    return handle_.isOpen() && entry.revision && *entry.revision == revision_ && entry.file == file_ &&
+           FileRevision::at(file_.path()) == revision_;
+}
+
+void TextReader::open(const MessageEntry& entry) {
+    handle_ = FileHandle();
+    filled_ = 0;
+    FileHandle handle = openSource(entry.file);
+    const FileRevision revision = FileRevision::capture(handle);
+    if (entry.revision && revision != *entry.revision) throw MailError(MailError::sourceChanged);
+    if (entry.file != file_ || extension_.empty()) extension_ = Text::lowered(entry.file.pathExtension());
+    file_ = entry.file;
+    revision_ = revision;
+    handle_ = std::move(handle);
+}
+
+/// Reads `length` bytes at the handle's position, which is `offset`, and as many of `wanted` as there are.
+void TextReader::fill(ByteOffset offset, std::size_t length, std::size_t wanted) {
+    filled_ = 0;
+    start_ = offset;
+    buffer_.clear(); // so that growing copies nothing
+    buffer_.resize(wanted);
+    std::size_t filled = 0;
+    while (filled < wanted) {
+        if (cancelled_()) throw MailError(MailError::cancelled);
+        const std::size_t step = std::min(wanted - filled, readChunk);
+        const std::size_t got = handle_.read(std::span(buffer_).subspan(filled, step));
+        if (got == 0) break;
+        filled += got;
+    }
+    if (filled < length) throw MailError(MailError::malformed);
+    filled_ = filled;
+}
+
+} // namespace MailCore::MailReader

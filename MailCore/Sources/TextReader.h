@@ -1,0 +1,41 @@
+#pragma once
+
+#include "MailCore/MIME/MIME.h"
+#include "MailCore/Model/Cancelled.h"
+#include "MailCore/Model/MessageEntry.h"
+#include "MailCore/Platform/FileHandle.h"
+
+#include <string>
+
+namespace MailCore::MailReader {
+
+/// Reads the texts of one message after the other, for searching. Each message is as safe as with `message`,
+/// and fails as it does; what differs is that a file stays open while its messages come one after the other,
+/// that memory is used again, and that attachments are not decoded. Serves one thread.
+class TextReader {
+public:
+    /// Borrows `cancelled`, which outlives it.
+    explicit TextReader(const Cancelled& cancelled) : cancelled_(cancelled) {}
+    TextReader(Cancelled&&) = delete;
+
+    /// The texts of the message of `entry`. Throws what `message` throws for it.
+    MIME::Texts texts(const MessageEntry& entry);
+
+private:
+    /// Makes `handle_` the file of `entry`, proven to be the one at its address and the one that was indexed.
+    void open(const MessageEntry& entry);
+    bool isStillOpen(const MessageEntry& entry) const;
+    ByteView range(const MessageEntry& entry);
+    void fill(ByteOffset offset, std::size_t length, std::size_t wanted);
+
+    const Cancelled& cancelled_;
+    FileHandle handle_;
+    URL file_;              // the open file
+    std::string extension_; // in lower case
+    FileRevision revision_;
+    Bytes buffer_; // what was read last: `filled_` bytes of the open file from `start_` on
+    ByteOffset start_ = 0;
+    std::size_t filled_ = 0;
+};
+
+} // namespace MailCore::MailReader
