@@ -1,5 +1,7 @@
 #include "MailCore/Platform/URL.h"
 
+#include "MailCore/Platform/Text.h"
+
 #include <glib.h>
 
 #include <cerrno>
@@ -167,6 +169,16 @@ URL URL::appending(std::string_view component) const {
     std::string text = parts().text;
     if (!text.ends_with('/')) text += '/';
     return parse(text + encoded(component, "-._~!$&'()*+,=@:")).value_or(URL());
+}
+
+std::optional<std::string> percentDecoded(std::string_view text) {
+    for (std::size_t at = text.find('%'); at != std::string_view::npos; at = text.find('%', at + 3)) {
+        if (text.size() - at < 3 || hexDigit(text[at + 1]) < 0 || hexDigit(text[at + 2]) < 0)
+            return std::nullopt;
+    }
+    std::string result = decoded(text);
+    if (!Text::isValid(bytesOf(result))) return std::nullopt;
+    return result;
 }
 
 std::string_view pathExtension(std::string_view name) noexcept {
