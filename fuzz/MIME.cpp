@@ -6,6 +6,7 @@
 #include "MailCore/Platform/Text.h"
 
 #include <cstdlib>
+#include <optional>
 
 using namespace MailCore;
 
@@ -25,6 +26,24 @@ void checkBody(std::string_view body) {
     check(body.size() <= 6 * static_cast<std::size_t>(Limits::rendered) + 64);
 }
 
+/// What a search sees is what the reader sees, or fails in the same way.
+void checkTexts(ByteView data) {
+    std::optional<MIME::Texts> expected;
+    std::optional<MailError> failure;
+    try {
+        MailMessage parsed = MIME::parse(data, never);
+        expected = {std::move(parsed.to), std::move(parsed.cc), std::move(parsed.plain),
+                    std::move(parsed.html)};
+    } catch (const MailError& error) {
+        failure = error;
+    }
+    try {
+        check(MIME::texts(data, never) == expected);
+    } catch (const MailError& error) {
+        check(failure && error == *failure);
+    }
+}
+
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -34,6 +53,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     check(halves.body.empty() ||
           (halves.body.data() > message.data() &&
            halves.body.data() + halves.body.size() == message.data() + message.size()));
+    checkTexts(message);
     try {
         const MailMessage parsed = MIME::parse(message, never);
         check(parsed.headers == halves.headers);

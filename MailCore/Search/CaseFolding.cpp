@@ -11,6 +11,8 @@
 
 #include <algorithm>
 #include <array>
+#include <cstring>
+#include <limits>
 #include <span>
 #include <stdexcept>
 
@@ -47,8 +49,8 @@ Elements computed(char32_t codePoint) {
     for (int32_t at = 0; at < characters.length(); at = characters.moveIndex32(at, 1)) {
         const UChar32 character = characters.char32At(at);
         const std::uint8_t combiningClass = u_getCombiningClass(character);
-        if (character == 'I') {
-            result.emplace_back(U'I', combiningClass, true);
+        if (character == 'I' || combiningClass != 0) {
+            result.emplace_back(static_cast<char32_t>(character), combiningClass, true);
             continue;
         }
         icu::UnicodeString letters(character);
@@ -76,38 +78,50 @@ std::vector<Variant> computedVariants() {
     return result;
 }
 
-/// The elements of any code point in two steps: pages of 256 that are all the same are one page.
+/// The elements of any code point in two steps: pages of 256 without any are one page.
 class Table {
 public:
-    Table() : pages_(pageCount, 0), slots_(pageSize, 0) {
-        for (std::size_t index = 0; index < variants().size(); ++index) {
-            const char32_t codePoint = variants()[index].codePoint;
-            std::uint16_t& page = pages_[codePoint / pageSize];
+    Table() : pages_(pageCount, 0), runs_(pageSize) {
+        for (const Variant& variant : variants()) {
+            std::uint16_t& page = pages_[variant.codePoint / pageSize];
             if (page == 0) {
-                page = static_cast<std::uint16_t>(slots_.size() / pageSize);
-                slots_.resize(slots_.size() + pageSize);
+                page = static_cast<std::uint16_t>(runs_.size() / pageSize);
+                runs_.resize(runs_.size() + pageSize);
             }
-            slots_[page * pageSize + codePoint % pageSize] = static_cast<std::uint16_t>(index + 1);
+            runs_[page * pageSize + variant.codePoint % pageSize] = {
+                static_cast<std::uint16_t>(elements_.size()),
+                static_cast<std::uint16_t>(variant.elements.size())};
+            elements_.insert(elements_.end(), variant.elements.begin(), variant.elements.end());
         }
+        if (elements_.size() > std::numeric_limits<std::uint16_t>::max())
+            throw std::runtime_error("more Unicode data than expected");
     }
 
     /// Empty for what is its own element and no mark.
     std::span<const Element> elementsOf(char32_t codePoint) const noexcept {
-        const std::uint16_t slot = slots_[pages_[codePoint / pageSize] * pageSize + codePoint % pageSize];
-        if (slot == 0) return {};
-        return variants()[slot - 1U].elements;
+        const Run run = runs_[pages_[codePoint / pageSize] * pageSize + codePoint % pageSize];
+        return {elements_.data() + run.start, run.count};
     }
 
 private:
+    struct Run {
+        std::uint16_t start = 0;
+        std::uint16_t count = 0;
+    };
     static constexpr std::size_t pageSize = 256;
     static constexpr std::size_t pageCount = 0x110000 / pageSize;
-    std::vector<std::uint16_t> pages_; // → page in `slots_`
-    std::vector<std::uint16_t> slots_; // → place in `variants` plus one, 0 for none
+    std::vector<std::uint16_t> pages_; // → page in `runs_`
+    std::vector<Run> runs_;
+    Elements elements_;
 };
 
 const Table& table() {
     static const Table filled;
     return filled;
+}
+
+constexpr bool isASCII(char byte) noexcept {
+    return static_cast<unsigned char>(byte) < 0x80;
 }
 
 char32_t decoded(std::string_view text, std::size_t& at) noexcept {
@@ -149,6 +163,19 @@ bool isInsideHangul(char32_t before, char32_t after) noexcept {
     }
 }
 
+/// Whether a virama is among the marks at the end of `text`: it binds the letter to the next one.
+bool endsInVirama(std::string_view text) noexcept {
+    constexpr std::uint8_t virama = 9; // combining class
+    while (!text.empty() && !isASCII(text.back())) {
+        const char32_t codePoint = codePointBefore(text, text.size());
+        const std::uint8_t combiningClass = u_getCombiningClass(static_cast<UChar32>(codePoint));
+        if (combiningClass == virama) return true;
+        if (combiningClass == 0) return false;
+        text.remove_suffix(static_cast<std::size_t>(U8_LENGTH(codePoint)));
+    }
+    return false;
+}
+
 void appendSyllable(Elements& elements, char32_t syllable, bool beginsCharacter) {
     const char32_t index = syllable - firstSyllable;
     elements.emplace_back(leadingBase + index / (vowels * trailings), std::uint8_t{0}, beginsCharacter);
@@ -179,14 +206,13 @@ void sortMarks(std::span<Element> marks) {
     std::ranges::copy(sorted, marks.begin());
 }
 
-/// Decides what the "I" at `letter` is, whose sorted marks are the elements after it (Unicode,
-/// SpecialCasing: After_I).
-void foldTurkicI(Elements& elements, std::size_t letter) {
-    std::size_t mark = letter + 1;
-    while (mark < elements.size() && elements[mark].combiningClass() < above) ++mark;
-    const bool isDotted = mark < elements.size() && elements[mark].value() == dotAbove;
-    if (isDotted) elements.erase(elements.begin() + static_cast<std::ptrdiff_t>(mark));
-    elements[letter] = Element(isDotted ? U'i' : dotlessI, 0, true);
+/// Decides what the "I" that `unit` begins with is (Unicode, SpecialCasing: After_I).
+void foldTurkicI(Elements& unit) {
+    const auto mark = std::ranges::find_if(unit.begin() + 1, unit.end(),
+                                           [](Element element) { return element.combiningClass() >= above; });
+    const bool isDotted = mark != unit.end() && mark->value() == dotAbove;
+    if (isDotted) unit.erase(mark);
+    unit.front() = Element(isDotted ? U'i' : dotlessI, 0, true);
 }
 
 bool isMark(std::span<const Element> elements) noexcept {
@@ -204,44 +230,89 @@ Rules userRules() {
     return rulesOf(uloc_getDefault());
 }
 
-std::size_t appendUnit(Elements& elements, std::string_view text, std::size_t at, Rules rules) {
-    const std::size_t unit = elements.size();
-    const std::size_t start = at;
-    const char32_t codePoint = decoded(text, at);
-    if (codePoint < 0x80) {
-        const char byte = Text::lowered(static_cast<char>(codePoint));
-        elements.emplace_back(static_cast<char32_t>(codePoint == 'I' ? 'I' : byte), std::uint8_t{0}, true);
-    } else if (isHangulSyllable(codePoint)) {
-        appendSyllable(elements, codePoint, !splitsSyllable(text, start));
-    } else if (const std::span<const Element> own = table().elementsOf(codePoint); !own.empty()) {
-        elements.insert(elements.end(), own.begin(), own.end());
+Folder::Folder(std::string_view text, Rules rules) : text_(text), rules_(rules) {
+    table(); // so that it can be looked at without a failure later
+}
+
+std::string_view Folder::passASCII() noexcept {
+    const std::size_t start = at_;
+    std::uint64_t word = 0;
+    while (text_.size() - at_ > sizeof word) {
+        std::memcpy(&word, text_.data() + at_, sizeof word);
+        if ((word & 0x8080808080808080U) != 0) break;
+        at_ += sizeof word;
+    }
+    while (at_ < text_.size() && isASCII(text_[at_])) ++at_;
+    if (at_ < text_.size() && at_ > start) --at_; // a mark may follow
+    if (at_ > start) nextEnd_ = 0;
+    return text_.substr(start, at_ - start);
+}
+
+/// Finds out what `at_`, which is not the end, begins with.
+void Folder::look() noexcept {
+    nextEnd_ = at_;
+    nextCodePoint_ = decoded(text_, nextEnd_);
+    nextElements_ = nextCodePoint_ < 0x80 ? std::span<const Element>() : table().elementsOf(nextCodePoint_);
+}
+
+bool Folder::next() {
+    if (at_ == text_.size()) return false;
+    if (nextEnd_ <= at_) look();
+    const std::size_t start = at_;
+    const char32_t codePoint = nextCodePoint_;
+    const std::span<const Element> letter = nextElements_;
+    at_ = nextEnd_;
+    const bool isLast = at_ == text_.size();
+    if (!isLast) look();
+    const bool hasMarks = !isLast && isMark(nextElements_);
+    const bool isSpecial = codePoint == 'I' || (!letter.empty() && letter.front().value() == U'I') ||
+                           isJamo(codePoint) || isHangulSyllable(codePoint);
+    if (hasMarks || isSpecial) {
+        combine(letter, codePoint, start);
+        elements_ = unit_;
+    } else if (letter.empty()) {
+        const char32_t value =
+            codePoint < 0x80 ? static_cast<char32_t>(Text::lowered(static_cast<char>(codePoint))) : codePoint;
+        single_ = Element(value, 0, true);
+        elements_ = {&single_, 1};
     } else {
-        const bool begins = !isJamo(codePoint) || !splitsSyllable(text, start);
-        elements.emplace_back(codePoint, std::uint8_t{0}, begins);
+        elements_ = letter;
     }
-    while (at < text.size() && static_cast<unsigned char>(text[at]) >= 0x80) {
-        std::size_t next = at;
-        const std::span<const Element> mark = table().elementsOf(decoded(text, next));
-        if (!isMark(mark)) break;
-        elements.insert(elements.end(), mark.begin(), mark.end());
-        at = next;
+    return true;
+}
+
+/// Makes `unit_` from a letter that begins at `start` and the marks at `at_`, which it moves past them.
+void Folder::combine(std::span<const Element> letter, char32_t codePoint, std::size_t start) {
+    unit_.assign(letter.begin(), letter.end());
+    if (isHangulSyllable(codePoint)) {
+        appendSyllable(unit_, codePoint, !splitsSyllable(text_, start));
+    } else if (letter.empty()) {
+        const bool isPiece = isJamo(codePoint) && splitsSyllable(text_, start);
+        const bool keepsCase = codePoint >= 0x80 || codePoint == 'I';
+        const char32_t value =
+            keepsCase ? codePoint : static_cast<char32_t>(Text::lowered(static_cast<char>(codePoint)));
+        unit_.emplace_back(value, std::uint8_t{0}, !isPiece);
     }
-    std::size_t marks = unit;
-    while (marks < elements.size() && elements[marks].combiningClass() == 0) ++marks;
-    if (marks < elements.size()) sortMarks(std::span(elements).subspan(marks));
-    if (elements[unit].value() == U'I') {
-        if (rules == Rules::turkic) {
-            foldTurkicI(elements, unit);
-        } else {
-            elements[unit] = Element(U'i', 0, true);
-        }
+    while (at_ < text_.size() && isMark(nextElements_)) {
+        unit_.insert(unit_.end(), nextElements_.begin(), nextElements_.end());
+        at_ = nextEnd_;
+        if (at_ < text_.size()) look();
     }
-    return at;
+    const auto marks =
+        std::ranges::find_if(unit_, [](Element element) { return element.combiningClass() != 0; });
+    sortMarks({marks, unit_.end()});
+    if (unit_.front().value() != U'I') return;
+    if (rules_ == Rules::turkic) {
+        foldTurkicI(unit_);
+    } else {
+        unit_.front() = Element(U'i', 0, true);
+    }
 }
 
 Elements folded(std::string_view text, Rules rules) {
     Elements elements;
-    for (std::size_t at = 0; at < text.size();) at = appendUnit(elements, text, at, rules);
+    Folder folder(text, rules);
+    while (folder.next()) elements.insert(elements.end(), folder.elements().begin(), folder.elements().end());
     return elements;
 }
 
@@ -262,9 +333,7 @@ bool goesOn(std::string_view text, std::size_t place) noexcept {
         return true;
     if (place == 0) return false;
     const char32_t before = codePointBefore(text, place);
-    constexpr std::uint8_t virama = 9; // combining class
-    if (u_getCombiningClass(static_cast<UChar32>(before)) == virama)
-        return u_charType(afterICU) == U_OTHER_LETTER;
+    if (u_charType(afterICU) == U_OTHER_LETTER && endsInVirama(text.substr(0, place))) return true;
     if (before == zeroWidthJoiner) return u_hasBinaryProperty(afterICU, UCHAR_EXTENDED_PICTOGRAPHIC);
     return isInsideHangul(before, after);
 }

@@ -2,12 +2,13 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <string>
+#include <span>
 #include <string_view>
 #include <vector>
 
 /// The form in which texts are compared: canonically decomposed and case-folded, so that texts which differ
-/// only in case or in how their accents are encoded become the same (Unicode, D145).
+/// only in case or in how their accents are encoded become the same (Unicode, D145; only that marks, of which
+/// the iota subscript alone has a case, stay as they are).
 namespace MailCore::CaseFolding {
 
 /// Whose letters: in Turkish and Azerbaijani "I" belongs to the dotless and "i" to the dotted letter.
@@ -37,9 +38,38 @@ private:
 };
 using Elements = std::vector<Element>;
 
-/// Appends what the letter at `at`, which lies inside `text`, and the marks after it fold to; answers where
-/// that ends. Bytes that are not UTF-8 count as U+FFFD.
-std::size_t appendUnit(Elements& elements, std::string_view text, std::size_t at, Rules rules);
+/// Folds a text letter by letter, each with the marks after it in canonical order. Bytes that are not UTF-8
+/// count as U+FFFD.
+class Folder {
+public:
+    /// Borrows `text`.
+    Folder(std::string_view text, Rules rules);
+
+    /// Goes to the next letter; false at the end of the text.
+    bool next();
+    /// What it and its marks fold to; good until the next call.
+    std::span<const Element> elements() const noexcept { return elements_; }
+    /// Where it ends.
+    std::size_t end() const noexcept { return at_; }
+    /// Passes ASCII letters that no mark can follow, not folded; often empty.
+    std::string_view passASCII() noexcept;
+
+private:
+    void look() noexcept;
+    void combine(std::span<const Element> letter, char32_t codePoint, std::size_t start);
+
+    std::string_view text_;
+    Rules rules_;
+    std::size_t at_ = 0;
+    Element single_;
+    Elements unit_;
+    std::span<const Element> elements_;
+    // What `at_` begins with, when it is known.
+    std::size_t nextEnd_ = 0;
+    char32_t nextCodePoint_ = 0;
+    std::span<const Element> nextElements_;
+};
+
 /// All of `text`.
 Elements folded(std::string_view text, Rules rules);
 

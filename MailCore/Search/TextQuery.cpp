@@ -59,6 +59,11 @@ std::u32string composed(const Elements& elements) {
     return result;
 }
 
+/// Whether a character may become one with what stands before it.
+bool isSecondHalf(char32_t codePoint) noexcept {
+    return u_getIntPropertyValue(static_cast<UChar32>(codePoint), UCHAR_NFC_QUICK_CHECK) == UNORM_MAYBE;
+}
+
 /// Whether an element of a code point may be `wanted`: its "I" is either i of the Turkic rules.
 bool mayBe(Element element, Element wanted) noexcept {
     if (element.value() == U'I') return wanted.value() == U'i' || wanted.value() == U'\u0131';
@@ -125,8 +130,10 @@ void TextQuery::preparePlain() {
         if (hasCases) ignored.back() = 0x20;
     }
     plain_ = PlainPattern(std::move(bytes), std::move(ignored));
-    // A mark is sorted among others, and a piece of a syllable may belong to the one before.
-    hasPlain_ = folded_.front().combiningClass() == 0 && !CaseFolding::isJamo(plain.front());
+    // What a query cannot begin with here: a mark, sorted among others; the second half of a letter or
+    // syllable, which may be part of a composed one.
+    hasPlain_ = folded_.front().combiningClass() == 0 && !isSecondHalf(folded_.front().value()) &&
+                !CaseFolding::isJamo(plain.front());
     prepareVariants(plain);
 }
 
@@ -145,8 +152,7 @@ void TextQuery::prepareVariants(std::u32string_view plain) {
         if (isMark || !std::ranges::binary_search(inPlain, variant.codePoint)) found += variant.codePoint;
     }
     for (const char32_t value : values) {
-        const auto quickCheck = u_getIntPropertyValue(static_cast<UChar32>(value), UCHAR_NFC_QUICK_CHECK);
-        if (quickCheck == UNORM_MAYBE && !CaseFolding::isJamo(value)) found += value;
+        if (isSecondHalf(value) && !CaseFolding::isJamo(value)) found += value;
     }
     const auto isWanted = [&values](char32_t value) { return std::ranges::binary_search(values, value); };
     if (rules_ == Rules::turkic && isWanted(U'i')) found += U"\u0130\u0307";
@@ -211,23 +217,20 @@ bool TextQuery::isThoroughlyIn(std::string_view text) {
         begins_[count++ & ring] = beginsCharacter;
         return matched == size;
     };
-    for (std::size_t at = 0; at < text.size();) {
-        const char byte = text[at];
-        if (isASCII(byte) && (at + 1 == text.size() || isASCII(text[at + 1]))) {
-            ++at;
+    const auto began = [&] { return begins_[(count - size) & ring] != 0; };
+    CaseFolding::Folder folder(text, rules_);
+    do {
+        for (const char byte : folder.passASCII()) {
             const bool isDotless = byte == 'I' && rules_ == Rules::turkic;
-            const char32_t value =
-                isDotless ? U'\u0131'
-                          : static_cast<char32_t>(static_cast<unsigned char>(Text::lowered(byte)));
-            if (take(value, true) && begins_[(count - size) & ring] != 0) return true;
-            continue;
+            const auto lower = static_cast<unsigned char>(Text::lowered(byte));
+            if (take(isDotless ? U'\u0131' : static_cast<char32_t>(lower), true) && began()) return true;
         }
-        unit_.clear();
-        at = CaseFolding::appendUnit(unit_, text, at, rules_);
+        if (!folder.next()) break;
         bool found = false;
-        for (const Element element : unit_) found = take(element.value(), element.beginsCharacter());
-        if (found && begins_[(count - size) & ring] != 0 && !CaseFolding::goesOn(text, at)) return true;
-    }
+        for (const Element element : folder.elements())
+            found = take(element.value(), element.beginsCharacter());
+        if (found && began() && !CaseFolding::goesOn(text, folder.end())) return true;
+    } while (true);
     return false;
 }
 

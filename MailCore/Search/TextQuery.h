@@ -49,7 +49,6 @@ private:
     // For the thorough search (Knuth, Morris and Pratt).
     std::vector<std::uint32_t> shorter_; // per length matched: the longest shorter beginning that it ends in
     std::vector<std::uint8_t> begins_;   // of the last elements, in a ring: Element::beginsCharacter
-    CaseFolding::Elements unit_;
 };
 
 } // namespace MailCore

@@ -5,9 +5,9 @@
 #include "MailCore/Outlook/Outlook.h"
 #include "MailCore/Platform/Text.h"
 #include "MailCore/Rendering/SafeHTML.h"
+#include "MailCore/Search/MailSearch.h"
 #include "MailCore/Sources/MailReader.h"
 #include "TesselMail/Model/ApplicationID.h"
-#include "TesselMail/Model/EntryOrder.h"
 #include "TesselMail/Platform/InterfaceThread.h"
 #include "TesselMail/Platform/SerialQueue.h"
 
@@ -161,16 +161,23 @@ Later<Done> write(std::shared_ptr<const MailCore::Bytes> bytes, MailCore::URL de
     });
 }
 
-Later<SharedList> ordered(MailCore::EntryList entries, bool newestFirst, CancellationToken token) {
+Later<SearchResults> search(MailCore::EntryList entries, std::string query, bool newestFirst,
+                            std::vector<MailFileScope> scopes, CancellationToken token) {
     // The list is handed on, not copied: the work runs once.
     const auto input = std::make_shared<MailCore::EntryList>(std::move(entries));
-    return on<SharedList>(queues().searching(), [input, newestFirst, token]() -> SharedList {
-        check(token);
-        auto result =
-            std::make_shared<const MailCore::EntryList>(orderedEntries(std::move(*input), newestFirst));
-        check(token);
-        return result;
-    });
+    return on<SearchResults>(
+        queues().searching(),
+        [input, query = std::move(query), newestFirst, scopes = std::move(scopes), token]() -> SearchResults {
+            check(token);
+            const MailCore::EntryList searched = std::move(*input);
+            MailCore::MailSearch::Results found =
+                MailCore::MailSearch::scan(searched, query, cancelledBy(token));
+            check(token);
+            auto ordered = std::make_shared<const MailCore::EntryList>(
+                MailCore::MailSearch::ordered(std::move(found.entries), newestFirst));
+            check(token);
+            return {std::move(ordered), found.unreadable};
+        });
 }
 
 void release(SharedList list) {

@@ -1,11 +1,8 @@
 #include "MailCore/Model/MailError.h"
-#include "TesselMail/Model/EntryOrder.h"
 #include "tests/Application/ModelFixture.h"
 
 #include <gmock/gmock.h>
 
-#include <algorithm>
-#include <random>
 
 namespace TesselMail::Testing {
 namespace {
@@ -41,25 +38,6 @@ TEST(IndexDelivery, HandsOverWhatCameTogetherAtOnce) {
     delivery->push(second);
     delivery->flush();
     EXPECT_THAT(received.back(), ElementsAre(2));
-}
-
-TEST(EntryOrder, IsByDateThenByIDWithUndatedEntriesLast) {
-    std::mt19937 random(7);
-    for (int round = 0; round < 200; ++round) {
-        MailCore::EntryList list;
-        for (std::int64_t id = 0; id < round % 40; ++id)
-            list.push_back(random() % 4 == 0 ? entry(id) : entry(id, static_cast<double>(random() % 8) - 4));
-        for (const bool newestFirst : {true, false}) {
-            MailCore::EntryList expected = list;
-            std::ranges::stable_sort(expected, [newestFirst](const auto& a, const auto& b) {
-                if (a->timestamp && b->timestamp && *a->timestamp != *b->timestamp)
-                    return newestFirst == (*a->timestamp > *b->timestamp);
-                if (a->timestamp.has_value() != b->timestamp.has_value()) return a->timestamp.has_value();
-                return a->id < b->id;
-            });
-            ASSERT_EQ(ids(orderedEntries(list, newestFirst)), ids(expected));
-        }
-    }
 }
 
 class Work : public ModelTest {

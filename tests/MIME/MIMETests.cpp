@@ -20,18 +20,29 @@ std::string bodyOf(std::string_view entity) {
     return std::string(charsOf(split(entity).body));
 }
 
+/// The message, whose texts are also what `texts` gives.
 MailMessage parsed(const Bytes& message) {
-    return MIME::parse(message, never);
+    MailMessage result = MIME::parse(message, never);
+    const MIME::Texts texts{.to = result.to, .cc = result.cc, .plain = result.plain, .html = result.html};
+    EXPECT_EQ(MIME::texts(message, never), texts);
+    return result;
 }
 
-/// The error that `parse` throws, as its name; empty when there is none.
-std::string failure(const Bytes& message, const Cancelled& cancelled = never) {
+template <typename Work>
+std::string errorOf(Work work) {
     try {
-        static_cast<void>(MIME::parse(message, cancelled));
+        static_cast<void>(work());
         return "";
     } catch (const MailError& error) {
         return std::string(error.name());
     }
+}
+
+/// The error that `parse` throws, as `texts` does, as its name; empty when there is none.
+std::string failure(const Bytes& message, const Cancelled& cancelled = never) {
+    EXPECT_EQ(errorOf([&] { return MIME::texts(message, never); }),
+              errorOf([&] { return MIME::parse(message, never); }));
+    return errorOf([&] { return MIME::parse(message, cancelled); });
 }
 
 Bytes raw(std::string_view text) {
