@@ -141,7 +141,11 @@ TEST(OutlookStrings, AreUnicodeOrBytesOfACodePage) {
         {"ends of control characters", both("\r\n\t a \r\n\0"s), " a ", " a "},
         {"a terminator in Unicode", OutlookMail().subject("a\0"sv).plain("\u200F b\r\n\0"sv), "a", " b"},
         {"nothing but a terminator", OutlookMail().from("x", "").subject("\0"sv), "", ""},
-        {"half a unit at the end", OutlookMail().text(0x0037, "ab").narrow(0x1000, "c"), "ab", "c"},
+        {"half a unit at the end", OutlookMail().units(0x0037, "a\0b"sv), "a\uFFFD", ""},
+        {"half a character",
+         OutlookMail().units(0x0037, "\x3D\xD8"
+                                     "a\0"sv),
+         "\uFFFDa", ""},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
