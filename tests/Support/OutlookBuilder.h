@@ -15,7 +15,11 @@ namespace MailCore::Testing {
 class OutlookMail {
 public:
     /// A string property in Unicode.
-    OutlookMail& text(std::uint16_t id, std::string_view text) { return property(id, 0x001F, utf16(text)); }
+    OutlookMail& text(std::uint16_t id, std::string_view text) { return units(id, utf16(text)); }
+    /// The same as bytes, which need not be Unicode.
+    OutlookMail& units(std::uint16_t id, std::string_view bytes) {
+        return property(id, 0x001F, std::string(bytes));
+    }
     /// A string property as bytes of a code page.
     OutlookMail& narrow(std::uint16_t id, std::string_view bytes) {
         return property(id, 0x001E, std::string(bytes));
