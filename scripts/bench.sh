@@ -53,5 +53,18 @@ row "decode mixed" "$bytes" "$(measure "$programs/tessel-run" decode "$mixed")" 
 row "decode and render mixed" "$bytes" "$(measure "$programs/tessel-run" render "$mixed")" \
     "$(measure countLines "$mixed")" "wc -l"
 
+say "Outlook messages"
+echo "| message | file | decode | speed | memcpy | ratio | copy into new memory | ratio |"
+echo "|---|---|---|---|---|---|---|---|"
+"$programs/tessel-benchmarks" --benchmark_filter=^outlook --benchmark_min_time=0.3 --benchmark_format=csv 2>/dev/null |
+    awk -F, '/^"outlook/ {
+        gsub(/"/, ""); split($1, name, "/")
+        if (!(name[2] in file)) order[++count] = name[2]
+        time[name[1], name[2]] = $4; file[name[2]] = $NF }
+    END { for (i = 1; i <= count; i++) {
+        n = order[i]; ours = time["outlookDecode", n]; copy = time["outlookMemcpy", n]; fresh = time["outlookNewCopy", n]
+        printf "| %s | %.0f KB | %.0f µs | %.0f MB/s | %.1f µs | %.2f | %.1f µs | %.2f |\n", n, file[n] / 1e3, ours / 1e3,
+            file[n] / ours * 1e3, copy / 1e3, ours / copy, fresh / 1e3, ours / fresh } }'
+
 say "Single operations"
-"$programs/tessel-benchmarks" --benchmark_min_time=0.3 2>/dev/null
+"$programs/tessel-benchmarks" --benchmark_filter=-^outlook --benchmark_min_time=0.3 2>/dev/null
