@@ -1,27 +1,24 @@
 #include "TesselMail/Model/AppModel.h"
 
-#include "MailCore/Model/MailError.h"
-#include "MailCore/Sources/MailReader.h"
+#include "TesselMail/Model/ErrorText.h"
 
 #include <algorithm>
-#include <utility>
 
 namespace TesselMail {
 
 using MailCore::MailCollection;
-using MailCore::MailError;
-using MailCore::SharedEntry;
 using MailCore::URL;
 
-std::shared_ptr<AppModel> AppModel::create(Preferences& preferences, FilePanels& panels) {
+std::shared_ptr<AppModel> AppModel::create(Preferences& preferences, FilePanels& panels, Desktop& desktop) {
     struct Creatable : AppModel {
-        Creatable(Preferences& preferences, FilePanels& panels) : AppModel(preferences, panels) {}
+        Creatable(Preferences& preferences, FilePanels& panels, Desktop& desktop)
+            : AppModel(preferences, panels, desktop) {}
     };
-    return std::make_shared<Creatable>(preferences, panels);
+    return std::make_shared<Creatable>(preferences, panels, desktop);
 }
 
-AppModel::AppModel(Preferences& preferences, FilePanels& panels)
-    : preferences_(preferences), panels_(panels) {
+AppModel::AppModel(Preferences& preferences, FilePanels& panels, Desktop& desktop)
+    : preferences_(preferences), panels_(panels), desktop_(desktop) {
     filteredEntries.value_ = std::make_shared<const MailCore::EntryList>();
 }
 
@@ -50,22 +47,7 @@ MailFileScope AppModel::scopeOf(const URL& url) const {
 }
 
 std::string AppModel::errorText(const std::exception_ptr& error) const {
-    try {
-        std::rethrow_exception(error);
-    } catch (const MailError& mailError) {
-        switch (mailError.which()) {
-        case MailError::tooLarge: return preferences_.text(Texts::tooLarge);
-        case MailError::malformed: return preferences_.text(Texts::malformed);
-        case MailError::unsupported: return preferences_.text(Texts::unsupported);
-        case MailError::tooMany: return preferences_.text(Texts::tooMany);
-        case MailError::cancelled: return preferences_.text(Texts::cancelled);
-        case MailError::sourceChanged: return preferences_.text(Texts::sourceChanged);
-        case MailError::unsafeDestination: return preferences_.text(Texts::unsafeDestination);
-        }
-    } catch (...) {
-        // Whatever the system reports is said in the one general sentence.
-    }
-    return preferences_.text(Texts::fileFailed);
+    return preferences_.text(TesselMail::errorText(error));
 }
 
 void AppModel::fail(const std::exception_ptr& failure) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "MailCore/Links/MailtoCapture.h"
 #include "MailCore/Model/MailCollection.h"
 #include "MailCore/Model/MailMessage.h"
 #include "MailCore/Platform/UUID.h"
@@ -9,6 +10,7 @@
 #include "TesselMail/Model/Preferences.h"
 #include "TesselMail/Model/Published.h"
 #include "TesselMail/Model/ScopedMailFile.h"
+#include "TesselMail/Platform/Desktop.h"
 #include "TesselMail/Platform/FilePanels.h"
 #include "TesselMail/Platform/Task.h"
 
@@ -32,8 +34,8 @@ public:
     template <typename Value>
     using Field = Published<Value, AppModel>;
 
-    /// Both outlive the model.
-    static std::shared_ptr<AppModel> create(Preferences& preferences, FilePanels& panels);
+    /// All outlive the model.
+    static std::shared_ptr<AppModel> create(Preferences& preferences, FilePanels& panels, Desktop& desktop);
     AppModel(const AppModel&) = delete;
     AppModel& operator=(const AppModel&) = delete;
     ~AppModel();
@@ -47,13 +49,17 @@ public:
     Field<std::vector<MailCore::MailCollection>> collections{changes_}; // in opening order
     Field<std::optional<CollectionID>> selectedCollection{changes_};
     Field<std::optional<EntryID>> selectedEntry{changes_};
+    Field<std::optional<MailCore::MailtoCapture>> capture{changes_};         // shown instead of a message
     Field<std::shared_ptr<const MailCore::MailMessage>> message{changes_};   // on show
     Field<std::shared_ptr<const MailCore::RenderedMail>> rendered{changes_}; // of it
     Field<std::optional<std::string>> error{changes_};                       // a sentence for people
     Field<bool> busy{changes_, false};                                       // an open run is in progress
     Field<bool> reading{changes_, false};                                    // a message is being read
     Field<std::size_t> progress{changes_, 0U}; // entries so far in the collection being indexed
+    Field<std::string> query{changes_};        // the search text as typed
     Field<bool> newestFirst{changes_, true};
+    Field<std::int64_t> searchUnreadable{changes_, 0};        // messages the last search could not read
+    Field<bool> searching{changes_, false};                   // for a text
     Field<ArchiveWork::SharedList> filteredEntries{changes_}; // never null
     Field<bool> showDetails{changes_, false};                 // all headers rather than the summary
     Field<MailCore::UUID> selectionVersion{changes_, MailCore::UUID::random()}; // of what is shown
@@ -62,8 +68,12 @@ public:
 
     // Opening and closing
 
-    /// Opens the first 20 distinct files and folders among `urls`; a run in progress is stopped.
+    /// Opens the first 20 distinct files and folders among `urls`; a run in progress is stopped. A mailto:
+    /// link among the first 20 takes the place of all of them.
     void open(const std::vector<MailCore::URL>& urls);
+    /// Shows what the mailto: link `url` carries instead of a message, and brings the window to the front.
+    /// The collections stay open. A link that cannot be read changes nothing but `error`.
+    void receive(const MailCore::URL& url);
     /// Lets people choose what to open.
     void chooseFiles();
     void chooseFolder();
@@ -78,6 +88,8 @@ public:
     /// What the list shows: the selected collection's entries in order of display, or as they are stored
     /// until they have been ordered.
     ArchiveWork::SharedList entries() const;
+    /// Changes what is looked for in the selected collection; the list follows when typing has paused.
+    void setQuery(std::string query);
     void setNewestFirst(bool newestFirst);
 
     // Selection and reading
@@ -107,7 +119,7 @@ public:
 private:
     enum class Search { restart, refresh };
 
-    AppModel(Preferences& preferences, FilePanels& panels);
+    AppModel(Preferences& preferences, FilePanels& panels, Desktop& desktop);
 
     struct Run;
 
@@ -135,7 +147,8 @@ private:
     static Task storeAttachment(std::shared_ptr<AppModel> self, SharedAttachment attachment);
     static Task storeOriginal(std::shared_ptr<AppModel> self, MailCore::SharedEntry entry,
                               CollectionID collection);
-    static Task order(std::shared_ptr<AppModel> self, CollectionID collection, CancellationToken token);
+    static Task search(std::shared_ptr<AppModel> self, Search kind, CancellationToken token,
+                       CollectionID collection, std::string text);
 
     std::shared_ptr<IndexDelivery> deliveryOf(std::shared_ptr<const MailCore::MailCollection> placeholder,
                                               MailFileScope scope, CancellationToken token);
@@ -148,9 +161,11 @@ private:
     void finishRun(const Run& run, const std::vector<std::string>& notices);
     void presentCollection(std::optional<CollectionID> id, std::optional<EntryID> entry);
     void removeCollections(const MailCore::URL& url);
+    void removeCollection(std::size_t position);
     void releaseUnusedScopes();
     void scheduleSearch(Search kind);
     void publishList(ArchiveWork::SharedList list);
+    void publishResults(ArchiveWork::SearchResults results, CollectionID collection);
     void clearPresentation();
     void show(ArchiveWork::ReadMessage content, CollectionID collection, EntryID entry);
     void addAttachedMessage(const MailCore::MailAttachment& attachment, AttachmentPlace place,
@@ -166,6 +181,7 @@ private:
 
     Preferences& preferences_;
     FilePanels& panels_;
+    Desktop& desktop_;
 
     std::map<CollectionID, MemoryMessage> memoryMessages_;
     std::map<CollectionID, EntryID> rememberedSelections_;
@@ -174,9 +190,10 @@ private:
     std::optional<EntryID> displayedEntry_;
     CancellationToken token_;       // of the open run
     CancellationToken readToken_;   // of the read for the selection
-    CancellationToken searchToken_; // of the ordering under way
+    CancellationToken searchToken_; // of the search that is pending or under way
     bool searchPending_ = false;
     bool searchRefresh_ = false; // entries arrived while one was pending
+    std::string displayedQuery_; // the trimmed text that filteredEntries was last started for
     std::map<MailCore::URL, MailFileScope> scopes_;
     std::optional<CollectionID> openingID_;          // placeholder being indexed
     std::optional<CollectionID> preferredOpeningID_; // placeholder that takes the selection

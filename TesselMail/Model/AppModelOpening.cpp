@@ -8,7 +8,7 @@
 #include <glib.h>
 
 #include <algorithm>
-#include <numeric>
+#include <span>
 #include <utility>
 
 namespace TesselMail {
@@ -74,6 +74,9 @@ struct AppModel::Run {
 };
 
 void AppModel::open(const std::vector<URL>& urls) {
+    const auto looked = std::span(urls).first(std::min(urls.size(), filesPerRequest));
+    const auto link = std::ranges::find(looked, "mailto", &URL::scheme);
+    if (link != looked.end()) return receive(*link);
     const std::vector<URL> files = distinctFiles(urls);
     if (files.empty()) return;
 
@@ -284,6 +287,8 @@ void AppModel::selectCollection(std::optional<CollectionID> id) {
 void AppModel::presentCollection(std::optional<CollectionID> id, std::optional<EntryID> entry) {
     preferredOpeningID_.reset();
     selectedCollection.set(id);
+    capture.set(std::nullopt);
+    query.set("");
     scheduleSearch(Search::restart);
     select(entry);
 }
@@ -293,20 +298,16 @@ void AppModel::closeCollection(CollectionID id) {
     if (!closing) return;
     const Changing changing(changes_);
     if (openingID_ == id) cancel();
-    const auto position = closing - collections->data();
+    const auto position = static_cast<std::size_t>(closing - collections->data());
     const bool wasSelected = *selectedCollection == id;
-    auto& open = collections.edit();
-    MailCollection closed = std::move(open[static_cast<std::size_t>(position)]);
-    open.erase(open.begin() + position);
+    removeCollection(position);
     rememberedSelections_.erase(id);
     memoryMessages_.erase(id);
     if (wasSelected) {
-        const auto last = static_cast<std::ptrdiff_t>(open.size()) - 1;
-        selectCollection(last < 0
-                             ? std::nullopt
-                             : std::optional(open[static_cast<std::size_t>(std::min(position, last))].id));
+        const std::size_t left = collections->size();
+        selectCollection(left == 0 ? std::nullopt
+                                   : std::optional((*collections)[std::min(position, left - 1)].id));
     }
-    ArchiveWork::release(std::make_shared<const MailCore::EntryList>(std::move(closed.entries)));
     releaseUnusedScopes();
 }
 
@@ -317,10 +318,12 @@ void AppModel::closeAll() {
     error.set(std::nullopt);
     progress.set(0);
     if (readToken_) readToken_->stop();
-    collections.edit().clear();
+    while (!collections->empty()) removeCollection(collections->size() - 1);
     selectedCollection.set(std::nullopt);
     selectedEntry.set(std::nullopt);
     clearPresentation();
+    capture.set(std::nullopt);
+    query.set("");
     scheduleSearch(Search::restart);
     scopes_.clear();
     rememberedSelections_.clear();
@@ -328,7 +331,16 @@ void AppModel::closeAll() {
 }
 
 void AppModel::removeCollections(const URL& url) {
-    std::erase_if(collections.edit(), [&url](const MailCollection& open) { return open.url == url; });
+    for (std::size_t position = collections->size(); position > 0; --position)
+        if ((*collections)[position - 1].url == url) removeCollection(position - 1);
+}
+
+// A long list is let go of elsewhere.
+void AppModel::removeCollection(std::size_t position) {
+    auto& open = collections.edit();
+    const auto closing = open.begin() + static_cast<std::ptrdiff_t>(position);
+    ArchiveWork::release(std::make_shared<const MailCore::EntryList>(std::move(closing->entries)));
+    open.erase(closing);
 }
 
 void AppModel::releaseUnusedScopes() {
@@ -337,66 +349,6 @@ void AppModel::releaseUnusedScopes() {
     };
     std::erase_if(scopes_, [&](const auto& scope) { return !isOpen(scope.first); });
     std::erase_if(rememberedSelections_, [this](const auto& selection) { return !find(selection.first); });
-}
-
-ArchiveWork::SharedList AppModel::entries() const {
-    if (orderedCollection_ == *selectedCollection) return *filteredEntries;
-    const MailCollection* const collection = active();
-    return collection ? std::make_shared<const MailCore::EntryList>(collection->entries)
-                      : std::make_shared<const MailCore::EntryList>();
-}
-
-void AppModel::setNewestFirst(bool first) {
-    const Changing changing(changes_);
-    if (*newestFirst == first) return;
-    newestFirst.set(first);
-    scheduleSearch(Search::restart);
-}
-
-void AppModel::scheduleSearch(Search kind) {
-    if (kind == Search::refresh && searchPending_) {
-        searchRefresh_ = true;
-        return;
-    }
-    if (searchToken_) searchToken_->stop();
-    searchPending_ = false;
-    searchRefresh_ = false;
-    if (!*selectedCollection) {
-        orderedCollection_.reset();
-        publishList(std::make_shared<const MailCore::EntryList>());
-        return;
-    }
-    searchToken_ = std::make_shared<Cancellation>();
-    searchPending_ = true;
-    order(shared_from_this(), **selectedCollection, searchToken_);
-}
-
-Task AppModel::order(std::shared_ptr<AppModel> self, CollectionID collection, CancellationToken token) {
-    const MailCollection* const ordering = self->find(collection);
-    MailCore::EntryList snapshot = ordering ? ordering->entries : MailCore::EntryList();
-    std::exception_ptr failure;
-    ArchiveWork::SharedList result;
-    try {
-        result = co_await ArchiveWork::ordered(std::move(snapshot), *self->newestFirst, token);
-    } catch (...) {
-        failure = std::current_exception();
-    }
-    if (token->isStopped()) co_return;
-    const Changing changing(self->changes_);
-    self->searchPending_ = false;
-    if (failure) {
-        self->fail(failure);
-    } else if (self->selectedCollection.get() == collection) {
-        self->orderedCollection_ = collection;
-        self->publishList(std::move(result));
-        if (self->searchRefresh_) self->scheduleSearch(Search::refresh);
-    }
-}
-
-// The list shown so far is let go of elsewhere, once no view shows it any more.
-void AppModel::publishList(ArchiveWork::SharedList list) {
-    ArchiveWork::SharedList former = std::exchange(filteredEntries.edit(), std::move(list));
-    if (former && !former->empty()) ArchiveWork::release(std::move(former));
 }
 
 } // namespace TesselMail

@@ -9,7 +9,10 @@
 #include "TesselMail/Model/ScopedMailFile.h"
 #include "TesselMail/Platform/Task.h"
 
+#include <cstdint>
 #include <memory>
+#include <string>
+#include <vector>
 
 /// Engine work off the interface thread. Each operation runs on one of three serial queues (indexing,
 /// reading, searching) and resumes the awaiting task once, on the interface thread, with its result or error.
@@ -37,7 +40,7 @@ Later<bool> isCurrent(std::shared_ptr<const MailCore::MailCollection> collection
 /// Reads, decodes and renders one message. `scope` may be null.
 Later<ReadMessage> read(MailCore::SharedEntry entry, MailFileScope scope, CancellationToken token);
 
-/// Turns an attached message into a readable one. Throws MailError::unsupported for Outlook's own format.
+/// Turns an attached message into a readable one: what its producer decoded, or its bytes.
 Later<ReadMessage> attachment(std::shared_ptr<const MailCore::MailAttachment> attachment,
                               CancellationToken token);
 
@@ -48,8 +51,16 @@ Later<Done> exportOriginal(MailCore::SharedEntry entry, MailCore::URL destinatio
 /// Writes `bytes` to the local file `destination`, whole or not at all. Throws std::system_error.
 Later<Done> write(std::shared_ptr<const MailCore::Bytes> bytes, MailCore::URL destination);
 
-/// The entries by date, undated ones last, equal ones by id.
-Later<SharedList> ordered(MailCore::EntryList entries, bool newestFirst, CancellationToken token);
+/// What a search found, in order of display.
+struct SearchResults {
+    SharedList entries = std::make_shared<const MailCore::EntryList>();
+    std::int64_t unreadable = 0; // messages that could not be searched
+};
+
+/// The entries whose messages contain `query`, all when it is blank: by date, undated ones last, equal ones
+/// by id.
+Later<SearchResults> search(MailCore::EntryList entries, std::string query, bool newestFirst,
+                            std::vector<MailFileScope> scopes, CancellationToken token);
 
 /// Releases what is no longer shown away from the interface thread: letting go of a long list takes a while.
 void release(SharedList list);

@@ -8,6 +8,9 @@ namespace TesselMail {
 struct Text {
     std::string_view english;
     std::string_view chinese;
+
+    /// The text in Simplified Chinese or in English.
+    constexpr std::string_view in(bool inChinese) const noexcept { return inChinese ? chinese : english; }
 };
 
 /// Every text the application shows.
@@ -29,7 +32,6 @@ inline constexpr Text messageDetails = {"Message details", "邮件详情"};
 inline constexpr Text about = {"About Tessel Mail", "关于 Tessel Mail"};
 inline constexpr Text quit = {"Quit", "退出"};
 inline constexpr Text menu = {"Main menu", "主菜单"};
-inline constexpr Text back = {"Back", "返回"};
 inline constexpr Text cancel = {"Cancel", "取消"};
 inline constexpr Text ok = {"OK", "好"};
 inline constexpr Text save = {"Save", "保存"};
@@ -79,7 +81,6 @@ inline constexpr Text tooLargeToPreviewHint = {
     "This message exceeds the 32 MiB preview limit. Use Export original to save it without this limit.",
     "这封邮件超过 32 MiB 预览上限，可通过“导出原始邮件”完整保存，不受此上限限制。"};
 inline constexpr Text notShown = {"This message is not shown", "这封邮件未能显示"};
-inline constexpr Text notShownHint = {"Choose it again to try once more.", "再次选择即可重试。"};
 inline constexpr Text tryAgain = {"Try again", "重试"};
 inline constexpr Text noPlainText = {"This message has no plain text.", "这封邮件没有纯文本内容。"};
 inline constexpr Text saveAttachment = {"Save attachment…", "保存附件…"};
@@ -96,9 +97,72 @@ inline constexpr Text viewStopped = {"The reading view stopped. Try opening the 
 
 // Links
 inline constexpr Text link = {"Link", "链接"};
+inline constexpr Text linkAddress = {"URL", "URL"};
 inline constexpr Text copyLink = {"Copy link", "复制链接"};
+inline constexpr Text emailLink = {"Email link", "邮件链接"};
+inline constexpr Text bcc = {"Bcc", "密送"};
+inline constexpr Text subject = {"Subject", "主题"};
+inline constexpr Text copyAddress = {"Copy address", "复制地址"};
+inline constexpr Text copyMessage = {"Copy message", "复制邮件内容"};
+inline constexpr Text telephone = {"Telephone", "电话号码"};
+inline constexpr Text number = {"Number", "号码"};
+inline constexpr Text copyNumber = {"Copy number", "复制号码"};
+inline constexpr Text textMessage = {"Text message", "短信"};
+inline constexpr Text textMessageBody = {"Message", "内容"};
+inline constexpr Text copyTextMessage = {"Copy message", "复制短信内容"};
 inline constexpr Text copied = {"Copied", "已复制"};
+inline constexpr Text copyValue = {"Copy", "复制"};
 inline constexpr Text close = {"Close", "关闭"};
+
+// A captured link
+inline constexpr Text capturedLink = {"Captured link", "已接住的链接"};
+inline constexpr Text copyDetails = {"Copy details", "复制内容"};
+inline constexpr Text copyOriginalLink = {"Copy original link", "复制原始链接"};
+inline constexpr Text nothingSent = {"Nothing sent.", "没有发送邮件。"};
+inline constexpr Text onlyHeld = {
+    "This link is only held in this window. You can copy what you need, or simply close it.",
+    "链接仅保留在当前窗口中。可以复制需要的内容，也可以直接关闭。"};
+
+// Searching
+inline constexpr Text searchMessages = {"Search messages", "搜索邮件"};
+inline constexpr Text searching = {"Searching…", "正在搜索…"};
+inline constexpr Text unreadable = {" messages could not be searched.",
+                                    " 封邮件未能搜索。"}; // after the count
+
+// Settings
+inline constexpr Text settings = {"Settings", "设置"};
+inline constexpr Text readingSettings = {"Reading", "阅读"};
+inline constexpr Text language = {"Language", "语言"};
+inline constexpr Text automatic = {"Automatic", "自动"};
+inline constexpr Text english = {"English", "English"};
+inline constexpr Text simplifiedChinese = {"简体中文", "简体中文"};
+inline constexpr Text appearance = {"Appearance", "外观"};
+inline constexpr Text light = {"Light", "浅色"};
+inline constexpr Text dark = {"Dark", "深色"};
+inline constexpr Text textSize = {"Reading text size", "正文字号"};
+inline constexpr Text emailLinks = {"Email links", "邮件链接"};
+inline constexpr Text emailLinksHint = {
+    "Open email links here, without opening a compose window or connecting an account.",
+    "在此接住邮件链接，无需打开撰写窗口或连接邮箱账号。"};
+inline constexpr Text becomeHandler = {"Use Tessel Mail for email links…", "使用 Tessel Mail 打开邮件链接…"};
+inline constexpr Text becomeHandlerQuestion = {"Use Tessel Mail for email links?",
+                                               "使用 Tessel Mail 打开邮件链接？"};
+inline constexpr Text becomeHandlerHint = {
+    "This changes the default app for mailto links. You can change it later in another email app.",
+    "这将更改 mailto 链接的默认打开应用。之后可在其他邮件应用中重新设置。"};
+inline constexpr Text becomeHandlerAnswer = {"Use Tessel Mail", "使用 Tessel Mail"};
+inline constexpr Text handlerSet = {"Tessel Mail now opens email links.",
+                                    "邮件链接现在由 Tessel Mail 打开。"};
+inline constexpr Text handlerFailed = {
+    "Could not change the default app. Try after moving Tessel Mail to Applications.",
+    "未能更改默认应用，请将 Tessel Mail 移至应用程序文件夹后重试。"};
+inline constexpr Text privacy = {"Privacy", "隐私"};
+inline constexpr Text privacyHeadline = {"Mail stays on your Mac.", "邮件留在你的 Mac 上。"};
+inline constexpr Text privacyText = {
+    "Remote images, scripts, and automatic attachment opening are blocked. No accounts, sending, "
+    "tracking, or cloud uploads.",
+    "不加载远程图片，不运行脚本，不自动打开附件。不连接账号、不发送邮件，也无追踪或云端上传。"};
+inline constexpr Text captureSetUp = {"Set up email link capture…", "设置邮件链接接管…"};
 
 // Welcome
 inline constexpr Text welcomeLine = {"A calm place for your mail.", "安心阅读，轻松接住邮件链接。"};

@@ -58,4 +58,10 @@ void postAfter(std::chrono::milliseconds delay, std::function<void()> work) {
                        forget);
 }
 
+Later<Done> pause(std::chrono::milliseconds delay) {
+    return Later<Done>([delay](Later<Done>::Finish finish) {
+        postAfter(delay, [finish = std::move(finish)] { finish(Done()); });
+    });
+}
+
 } // namespace TesselMail::InterfaceThread

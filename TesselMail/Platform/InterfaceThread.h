@@ -1,5 +1,7 @@
 #pragma once
 
+#include "TesselMail/Platform/Task.h"
+
 #include <chrono>
 #include <functional>
 
@@ -12,5 +14,8 @@ void post(std::function<void()> work);
 
 /// Runs `work` on the interface thread once `delay` has passed. Called on the interface thread.
 void postAfter(std::chrono::milliseconds delay, std::function<void()> work);
+
+/// Goes on once `delay` has passed.
+Later<Done> pause(std::chrono::milliseconds delay);
 
 } // namespace TesselMail::InterfaceThread

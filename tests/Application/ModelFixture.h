@@ -40,6 +40,19 @@ private:
     }
 };
 
+/// A desktop that remembers what it was asked.
+class PreparedDesktop : public Desktop {
+public:
+    int presented = 0;
+
+    void present() override { ++presented; }
+    Later<bool> becomeMailHandler() override {
+        return Later<bool>([](Later<bool>::Finish finish) {
+            InterfaceThread::post([finish = std::move(finish)] { finish(true); });
+        });
+    }
+};
+
 /// A model on the test's own main loop, with files of the test's own.
 class ModelTest : public testing::Test {
 protected:
@@ -115,7 +128,8 @@ protected:
     MailCore::Testing::TemporaryFolder settings_;
     Preferences preferences_;
     PreparedPanels panels_;
-    std::shared_ptr<AppModel> model_ = AppModel::create(preferences_, panels_);
+    PreparedDesktop desktop_;
+    std::shared_ptr<AppModel> model_ = AppModel::create(preferences_, panels_, desktop_);
 };
 
 } // namespace TesselMail::Testing

@@ -72,7 +72,7 @@ TEST_F(Work, DoesNothingForAStoppedToken) {
     const auto scope = std::make_shared<const ScopedMailFile>(ScopedMailFile{folder_.url()});
     EXPECT_EQ(outcomeOf(ArchiveWork::read(missing, nullptr, stopped())), "cancelled");
     EXPECT_EQ(outcomeOf(ArchiveWork::attachment(attachment, stopped())), "cancelled");
-    EXPECT_EQ(outcomeOf(ArchiveWork::ordered({entry(0)}, true, stopped())), "cancelled");
+    EXPECT_EQ(outcomeOf(ArchiveWork::search({entry(0)}, "", true, {}, stopped())), "cancelled");
     EXPECT_EQ(outcomeOf(ArchiveWork::isCurrent(std::make_shared<const MailCore::MailCollection>(), scope,
                                                stopped())),
               "done");

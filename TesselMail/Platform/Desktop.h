@@ -1,0 +1,17 @@
+#pragma once
+
+#include "TesselMail/Platform/Task.h"
+
+namespace TesselMail {
+
+/// What the application asks of the desktop beyond its panels.
+class Desktop {
+public:
+    virtual ~Desktop() = default;
+    /// Brings the main window, when there is one, in front of all others.
+    virtual void present() = 0;
+    /// Makes this application the one that opens mailto: links for the user; whether that worked.
+    virtual Later<bool> becomeMailHandler() = 0;
+};
+
+} // namespace TesselMail
