@@ -208,7 +208,7 @@ OutlookMail headersOnly() {
                    "From: =?utf-8?Q?Ren=C3=A9e_Dupr=C3=A9?= <renee@tessel.example>\r\n"
                    "To: Ines Brandt <ines@tessel.example>\r\n"
                    "Subject: =?utf-8?B?R3LDvMOfZSBhdXMgZGVtIEhhZmVu?=\r\n"
-                   " =?iso-8859-1?Q?_=96_l'=E9t=E9_est_l=E0?=\r\n"
+                   " =?windows-1252?Q?_=96_l'=E9t=E9_est_l=E0?=\r\n"
                    "Date: Sat, 9 Mar 2024 07:12:03 +0100\r\n"
                    "Message-ID: <20240309.1@tessel.example>\r\n")
         .plain("Subject, sender and date of this message stand nowhere but in its transport headers.\r\n");
