@@ -77,17 +77,68 @@ bool isFieldName(std::string_view name) noexcept {
     return !name.empty() && std::ranges::all_of(name, [](char byte) { return byte >= 33 && byte <= 126; });
 }
 
-void addLine(std::string_view line, std::vector<Header>& headers) {
-    if (line.starts_with(' ') || line.starts_with('\t')) {
-        if (!headers.empty()) headers.back().value.append(" ").append(Text::trimmed(line, blanks));
-        return;
+/// Whether a field tells anything about the texts of a message.
+bool isAboutTexts(std::string_view name) noexcept {
+    constexpr std::string_view content = "Content-";
+    return Text::equalsIgnoringCase(name.substr(0, content.size()), content) ||
+           Text::equalsIgnoringCase(name, "To") || Text::equalsIgnoringCase(name, "Cc");
+}
+
+/// The fields of a header block, collected line by line.
+class Fields {
+public:
+    explicit Fields(Wanted wanted) : wanted_(wanted) {}
+
+    void add(std::string_view line) {
+        if (line.starts_with(' ') || line.starts_with('\t')) {
+            if (isLastKept_) headers_.back().value.append(" ").append(Text::trimmed(line, blanks));
+            return;
+        }
+        const std::size_t colon = line.find(':');
+        if (colon == std::string_view::npos || count_ >= mostHeaders) return;
+        const std::string_view name = line.substr(0, colon);
+        if (!isFieldName(name)) return;
+        ++count_;
+        isLastKept_ = wanted_ == Wanted::everything || isAboutTexts(name);
+        if (!isLastKept_) return;
+        headers_.push_back(
+            {.name = std::string(name), .value = std::string(Text::trimmed(line.substr(colon + 1), blanks))});
     }
-    const std::size_t colon = line.find(':');
-    if (colon == std::string_view::npos || headers.size() >= mostHeaders) return;
-    const std::string_view name = line.substr(0, colon);
-    if (!isFieldName(name)) return;
-    headers.push_back(
-        {.name = std::string(name), .value = std::string(Text::trimmed(line.substr(colon + 1), blanks))});
+
+    /// How many there were, wanted or not.
+    std::size_t count() const noexcept { return count_; }
+    std::vector<Header> take() && { return std::move(headers_); }
+
+private:
+    Wanted wanted_;
+    std::vector<Header> headers_;
+    std::size_t count_ = 0;
+    bool isLastKept_ = false; // a continuation belongs to the last of `headers_`
+};
+
+/// The halves of an entity, with the fields that are wanted.
+struct CutEntity {
+    Split halves;
+    std::size_t fieldCount; // wanted or not
+};
+
+CutEntity cut(ByteView entity, Wanted wanted) {
+    const std::string_view text = charsOf(entity);
+    const BlankLine blank = blankLine(text);
+    const ByteView bytes = entity.first(std::min(blank.start, static_cast<std::size_t>(Limits::headers)));
+    const bool isValid = Text::isValid(bytes);
+    const std::string repaired = isValid ? std::string() : Text::repaired(bytes);
+    const std::string_view block = isValid ? charsOf(bytes) : repaired;
+    Fields fields(wanted);
+    for (std::size_t at = 0; at < block.size();) {
+        const std::size_t lineFeed = std::min(block.find('\n', at), block.size());
+        std::string_view line = block.substr(at, lineFeed - at);
+        if (lineFeed < block.size() && line.ends_with('\r')) line.remove_suffix(1);
+        fields.add(line);
+        at = lineFeed + 1;
+    }
+    const std::size_t count = fields.count();
+    return {{.headers = std::move(fields).take(), .body = entity.subspan(blank.end)}, count};
 }
 
 // Leaves
@@ -317,7 +368,7 @@ void addEntity(const Split& halves, int depth, int& count, std::int64_t& budget,
     while (const std::optional<ByteView> bytes = parts.next()) {
         MailMessage child;
         charge(bytes->size(), depth + 1, count, budget, cancelled);
-        addEntity(split(*bytes), depth + 1, count, budget, child, wanted, cancelled);
+        addEntity(cut(*bytes, wanted).halves, depth + 1, count, budget, child, wanted, cancelled);
         std::ranges::move(child.attachments, std::back_inserter(message.attachments));
         if (isAlternative) {
             replaceBodies(message, std::move(child));
@@ -328,12 +379,12 @@ void addEntity(const Split& halves, int depth, int& count, std::int64_t& budget,
 }
 
 /// The halves of a whole message, which is neither too large nor without any field.
-Split splitMessage(ByteView data, const Cancelled& cancelled) {
+Split splitMessage(ByteView data, Wanted wanted, const Cancelled& cancelled) {
     if (cancelled()) throw MailError(MailError::cancelled);
     if (data.size() > static_cast<std::size_t>(Limits::message)) throw MailError(MailError::tooLarge);
-    Split halves = split(data);
-    if (halves.headers.empty()) throw MailError(MailError::malformed);
-    return halves;
+    CutEntity message = cut(data, wanted);
+    if (message.fieldCount == 0) throw MailError(MailError::malformed);
+    return std::move(message.halves);
 }
 
 /// Adds the bodies, and when they are wanted the attachments, of the message `data` cut into `halves`.
@@ -348,19 +399,7 @@ void addContents(ByteView data, const Split& halves, MailMessage& message, Wante
 } // namespace
 
 Split split(ByteView entity) {
-    const std::string_view text = charsOf(entity);
-    const BlankLine blank = blankLine(text);
-    const std::size_t blockEnd = std::min(blank.start, static_cast<std::size_t>(Limits::headers));
-    Split result{.headers = {}, .body = entity.subspan(blank.end)};
-    const std::string block = decode(entity.first(blockEnd), "utf-8");
-    for (std::size_t at = 0; at < block.size();) {
-        const std::size_t lineFeed = std::min(block.find('\n', at), block.size());
-        std::string_view line = std::string_view(block).substr(at, lineFeed - at);
-        if (lineFeed < block.size() && line.ends_with('\r')) line.remove_suffix(1);
-        addLine(line, result.headers);
-        at = lineFeed + 1;
-    }
-    return result;
+    return cut(entity, Wanted::everything).halves;
 }
 
 void part(ByteView entity, int depth, int& count, std::int64_t& budget, MailMessage& message,
@@ -370,7 +409,7 @@ void part(ByteView entity, int depth, int& count, std::int64_t& budget, MailMess
 }
 
 MailMessage parse(ByteView data, const Cancelled& cancelled) {
-    Split halves = splitMessage(data, cancelled);
+    Split halves = splitMessage(data, Wanted::everything, cancelled);
     MailMessage message;
     message.subject = headerText(value("Subject", halves.headers));
     message.from = headerText(value("From", halves.headers));
@@ -383,7 +422,7 @@ MailMessage parse(ByteView data, const Cancelled& cancelled) {
 }
 
 Texts texts(ByteView data, const Cancelled& cancelled) {
-    const Split halves = splitMessage(data, cancelled);
+    const Split halves = splitMessage(data, Wanted::everything, cancelled);
     MailMessage message;
     addContents(data, halves, message, Wanted::texts, cancelled);
     return {

@@ -80,6 +80,13 @@ std::size_t unsearchedEnd(std::string_view html, std::size_t at, ClosingTags& cl
     return found ? found->end : 0;
 }
 
+/// Whether the name of a script, style or head may begin with `byte`: its letters in either case, or a
+/// variant of "s" outside ASCII.
+constexpr bool mayBeginUnsearched(char byte) noexcept {
+    return byte == 's' || byte == 'S' || byte == 'h' || byte == 'H' ||
+           static_cast<unsigned char>(byte) >= 0x80;
+}
+
 std::string textOf(std::string_view html) {
     TextBetweenTags text(html.size());
     ClosingTags closings[] = {{html, "script"}, {html, "style"}, {html, "head"}};
@@ -87,8 +94,10 @@ std::string textOf(std::string_view html) {
     std::size_t copied = 0;
     for (std::size_t at = html.find('<'); at < lastEnd && lastEnd != npos; at = html.find('<', at)) {
         std::size_t end = 0;
-        for (ClosingTags& closing : closings) {
-            if (end == 0) end = unsearchedEnd(html, at, closing);
+        if (mayBeginUnsearched(html[at + 1])) { // there is a ">" behind
+            for (ClosingTags& closing : closings) {
+                if (end == 0) end = unsearchedEnd(html, at, closing);
+            }
         }
         if (end == 0) {
             ++at;

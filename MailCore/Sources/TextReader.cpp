@@ -40,12 +40,13 @@ ByteView TextReader::range(const MessageEntry& entry) {
     if (entry.length > Limits::message) throw MailError(MailError::tooLarge);
     const bool follows = isStillOpen(entry);
     if (!follows) open(entry);
-    handle_.seek(entry.offset);
     const auto length = static_cast<std::size_t>(std::max<std::int64_t>(entry.length, 0));
-    const bool isBuffered = entry.offset >= start_ && entry.offset - start_ <= filled_ &&
+    const bool isBuffered = follows && entry.offset >= start_ && entry.offset - start_ <= filled_ &&
                             length <= filled_ - static_cast<std::size_t>(entry.offset - start_);
-    if (!isBuffered) fill(entry.offset, length, follows && length <= smallMessage ? readChunk : length);
-    if (entry.revision) requireUnchanged(handle_, *entry.revision);
+    if (!isBuffered) {
+        fill(entry.offset, length, follows && length <= smallMessage ? readChunk : length);
+        if (entry.revision) requireUnchanged(handle_, *entry.revision);
+    }
     return ByteView(buffer_).subspan(static_cast<std::size_t>(entry.offset - start_), length);
 }
 
@@ -68,10 +69,11 @@ void TextReader::open(const MessageEntry& entry) {
     handle_ = std::move(handle);
 }
 
-/// Reads `length` bytes at the handle's position, which is `offset`, and as many of `wanted` as there are.
+/// Reads `length` bytes from `offset` on, and as many of `wanted` as there are.
 void TextReader::fill(ByteOffset offset, std::size_t length, std::size_t wanted) {
     filled_ = 0;
     start_ = offset;
+    handle_.seek(offset);
     buffer_.clear(); // so that growing copies nothing
     buffer_.resize(wanted);
     std::size_t filled = 0;
