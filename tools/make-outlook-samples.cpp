@@ -6,7 +6,9 @@
 
 #include <png.h>
 
+#include <array>
 #include <chrono>
+#include <cmath>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -33,22 +35,22 @@ std::uint64_t fileTime(std::chrono::year_month_day day, int hour, int minute) {
     return static_cast<std::uint64_t>(moment.time_since_epoch().count() + 11'644'473'600) * 10'000'000;
 }
 
-/// Hills before an evening sky, as a PNG.
-std::string picture(unsigned width, unsigned height) {
+/// Hills before an evening sky with the sun in it, as a PNG of 320 by 180.
+std::string picture() {
+    constexpr int width = 320;
+    constexpr int height = 180;
     std::string pixels;
-    for (unsigned y = 0; y < height; ++y) {
-        for (unsigned x = 0; x < width; ++x) {
-            const unsigned far = height * 11 / 20 + (x / 6 + x * x / 900) % 17;
-            const unsigned near = height * 3 / 4 + (width - x) / 9 % 19;
-            const unsigned glow = 255 - y * 90 / height;
-            if (y > near) {
-                pixels += {'\x1D', '\x35', '\x57'};
-            } else if (y > far) {
-                pixels += {'\x45', '\x7B', '\x9D'};
-            } else {
-                pixels +=
-                    {static_cast<char>(glow), static_cast<char>(glow - 60), static_cast<char>(glow / 2)};
-            }
+    for (int y = 0; y < height; ++y) {
+        for (int x = 0; x < width; ++x) {
+            const double far = 104 + 10 * std::sin(x * 0.035) + 4 * std::sin(x * 0.11 + 1);
+            const double near = 142 + 13 * std::sin(x * 0.02 + 2) + 3 * std::sin(x * 0.07);
+            const bool sun = (x - 228) * (x - 228) + (y - 74) * (y - 74) < 26 * 26;
+            const int glow = 255 - y / 3;
+            const auto color = y > near  ? std::array{29, 53, 87}
+                               : y > far ? std::array{69, 123, 157}
+                               : sun     ? std::array{255, 244, 214}
+                                         : std::array{glow, glow - 45 - y / 4, glow / 2};
+            for (const int channel : color) pixels += static_cast<char>(channel);
         }
     }
     png_image image{};
@@ -147,7 +149,7 @@ OutlookMail pictures() {
             "<p><img src=\"cid:evening@tessel\" alt=\"Hills in the evening\" width=\"320\"></p>\r\n"
             "<p>Tomorrow over the ridge, if the fog lets us. There is <i>no</i> signal up there, so the next "
             "letter comes from the valley.</p>\r\n<p>– Tomás</p></div></body></html>\r\n")
-        .file("evening.png", "image/png", picture(320, 180), "evening@tessel");
+        .file("evening.png", "image/png", picture(), "evening@tessel");
 }
 
 OutlookMail attachedTwice(std::size_t fileBytes = 4'200) {
