@@ -4,11 +4,14 @@
 #include "MailCore/MIME/Base64.h"
 #include "MailCore/MIME/MIME.h"
 #include "MailCore/Rendering/SafeHTML.h"
+#include "MailCore/Search/MailSearch.h"
+#include "MailCore/Search/TextQuery.h"
 #include "benchmarks/Workload.h"
 
 #include <benchmark/benchmark.h>
 
 #include <cstring>
+#include <random>
 
 using namespace MailCore;
 
@@ -112,5 +115,60 @@ void timestamp(benchmark::State& state, std::string_view text) {
 BENCHMARK_CAPTURE(timestamp, usual, "Tue, 2 Jan 2024 09:15:30 +0800 (CST)");
 BENCHMARK_CAPTURE(timestamp, shortYear, "Tue, 2 Jan 96 09:15:30 +0000");
 BENCHMARK_CAPTURE(timestamp, unreadable, "Tue, 2 Jan 2024 09:15:30 EST");
+
+/// As many entries as an index takes, with texts of usual length and dates in no order.
+const EntryList& entries() {
+    static const EntryList made = [] {
+        Workload::Writer writer(4);
+        std::mt19937 random(4);
+        EntryList list;
+        for (std::int64_t id = 0; id < 200'000; ++id) {
+            list.push_back(std::make_shared<const MessageEntry>(
+                MessageEntry{.id = id,
+                             .subject = writer.prose(40),
+                             .from = writer.prose(20) + "<someone@example.org>",
+                             .recipients = writer.prose(20) + "<reader@example.net>, other@example.com",
+                             .timestamp = static_cast<double>(random())}));
+        }
+        return list;
+    }();
+    return made;
+}
+
+/// 200,000 entries, none of which matches.
+void matching(benchmark::State& state, std::string_view query) {
+    const EntryList& list = entries();
+    for (auto _ : state)
+        benchmark::DoNotOptimize(MailSearch::matching(list, query, never, CaseFolding::Rules::standard));
+}
+BENCHMARK_CAPTURE(matching, words, "quarterly zebra")->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(matching, oneLetter, "ü")->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(matching, Cyrillic, "встреча")->Unit(benchmark::kMillisecond);
+BENCHMARK_CAPTURE(matching, Chinese, "纪要")->Unit(benchmark::kMillisecond);
+
+void ordered(benchmark::State& state) {
+    const EntryList& list = entries();
+    for (auto _ : state) benchmark::DoNotOptimize(MailSearch::ordered(list, true));
+}
+BENCHMARK(ordered)->Unit(benchmark::kMillisecond);
+
+/// A text of 4 MiB without the query. Every search of a text in which a letter could stand for a part of the
+/// query has to fold it all.
+void findInText(benchmark::State& state, std::string_view piece, std::string_view query) {
+    const std::string text =
+        piece.empty() ? Workload::Writer(5).prose(4'194'304) : repeated(piece, 4'194'304);
+    TextQuery prepared(query, CaseFolding::Rules::standard);
+    for (auto _ : state) benchmark::DoNotOptimize(prepared.isIn(text));
+    perSecond(state, text.size());
+}
+BENCHMARK_CAPTURE(findInText, words, "", "quarterly zebra");
+BENCHMARK_CAPTURE(findInText, wordsWithSharpS, "", "quarterly assessment");
+BENCHMARK_CAPTURE(findInText, accents, "", "Übergrößenträger");
+BENCHMARK_CAPTURE(findInText, Cyrillic, "Встреча перенесена на вторник. ", "протокол");
+BENCHMARK_CAPTURE(findInText, Chinese, "关于召开年度工作会议的通知，", "会议纪要");
+BENCHMARK_CAPTURE(findInText, Korean, "회의가 화요일로 연기되었습니다. ", "회의록");
+BENCHMARK_CAPTURE(findInText, nearMatches, "aaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaaab",
+                  "aaaaaaaaaaaaaaaaaaaaaaaac");
+BENCHMARK_CAPTURE(findInText, marks, "e\u0301\u0323", "e\u0301");
 
 } // namespace
