@@ -35,26 +35,22 @@ MIME::Texts TextReader::texts(const MessageEntry& entry) {
 }
 
 /// The bytes of the entry's range, from a file that is proven to be the one that was indexed; good until the
-/// next call.
+/// next call. What was read ahead was proven then, and is used as long as the open file has not changed
+/// since; that the address still leads to it is asked before each reading, not for each message.
 ByteView TextReader::range(const MessageEntry& entry) {
     if (entry.length > Limits::message) throw MailError(MailError::tooLarge);
-    const bool follows = isStillOpen(entry);
-    if (!follows) open(entry);
     const auto length = static_cast<std::size_t>(std::max<std::int64_t>(entry.length, 0));
-    const bool isBuffered = follows && entry.offset >= start_ && entry.offset - start_ <= filled_ &&
+    const bool isSameFile =
+        handle_.isOpen() && entry.revision && *entry.revision == revision_ && entry.file == file_;
+    const bool isBuffered = isSameFile && entry.offset >= start_ && entry.offset - start_ <= filled_ &&
                             length <= filled_ - static_cast<std::size_t>(entry.offset - start_);
     if (!isBuffered) {
-        fill(entry.offset, length, follows && length <= smallMessage ? readChunk : length);
-        if (entry.revision) requireUnchanged(handle_, *entry.revision);
+        const bool isStillThere = isSameFile && FileRevision::at(file_.path()) == revision_;
+        if (!isStillThere) open(entry);
+        fill(entry.offset, length, isSameFile && length <= smallMessage ? readChunk : length);
     }
+    if (entry.revision) requireUnchanged(handle_, *entry.revision);
     return ByteView(buffer_).subspan(static_cast<std::size_t>(entry.offset - start_), length);
-}
-
-/// Whether the open file is the entry's: what opening it again would open, with the revision that was
-/// indexed.
-bool TextReader::isStillOpen(const MessageEntry& entry) const {
-    return handle_.isOpen() && entry.revision && *entry.revision == revision_ && entry.file == file_ &&
-           FileRevision::at(file_.path()) == revision_;
 }
 
 void TextReader::open(const MessageEntry& entry) {

@@ -24,7 +24,6 @@ public:
 private:
     /// Makes `handle_` the file of `entry`, proven to be the one at its address and the one that was indexed.
     void open(const MessageEntry& entry);
-    bool isStillOpen(const MessageEntry& entry) const;
     ByteView range(const MessageEntry& entry);
     void fill(ByteOffset offset, std::size_t length, std::size_t wanted);
 
