@@ -329,7 +329,8 @@ bool goesOn(std::string_view text, std::size_t place) noexcept {
     const char32_t after = decoded(text, end);
     const auto afterICU = static_cast<UChar32>(after);
     if (after == zeroWidthJoiner || u_getCombiningClass(afterICU) != 0 ||
-        u_hasBinaryProperty(afterICU, UCHAR_GRAPHEME_EXTEND))
+        u_hasBinaryProperty(afterICU, UCHAR_GRAPHEME_EXTEND) ||
+        u_hasBinaryProperty(afterICU, UCHAR_EMOJI_MODIFIER))
         return true;
     if (place == 0) return false;
     const char32_t before = codePointBefore(text, place);

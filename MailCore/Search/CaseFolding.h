@@ -73,8 +73,9 @@ private:
 /// All of `text`.
 Elements folded(std::string_view text, Rules rules);
 
-/// Whether the character that ends at `place` goes on behind it: a mark follows, a joiner, the rest of a
-/// Hangul syllable, the second half of a conjunct or of a joined emoji.
+/// Whether the character that ends at `place` goes on behind it: with a mark, a joiner or a skin tone, the
+/// rest of a Hangul syllable, the second half of a conjunct or of a joined emoji. Vowel signs that stand
+/// beside their letter (Unicode category Mc) are characters of their own.
 bool goesOn(std::string_view text, std::size_t place) noexcept;
 
 /// Whether `place` lies inside a Hangul syllable that is written in pieces.

@@ -7,8 +7,9 @@
 
 #include <algorithm>
 #include <bit>
+#include <exception>
 #include <limits>
-#include <tuple>
+#include <optional>
 #include <utility>
 #include <vector>
 
@@ -37,7 +38,7 @@ std::optional<bool> isInMessage(const MessageEntry& entry, MailReader::TextReade
         return isIn(reader.texts(entry), query);
     } catch (const MailError& error) {
         if (error == MailError::sourceChanged || error == MailError::cancelled) throw;
-    } catch (const std::system_error&) {
+    } catch (const std::exception&) { // of the file system, for the most part
     }
     return std::nullopt;
 }

@@ -74,7 +74,7 @@ inline bool plainlyGoesOn(const std::vector<PlainCharacter>& characters, std::si
     const UChar32 before = characters[end - 1].character;
     const UChar32 after = characters[end].character;
     if (u_getCombiningClass(after) != 0 || u_hasBinaryProperty(after, UCHAR_GRAPHEME_EXTEND) ||
-        after == 0x200D)
+        after == 0x200D || u_hasBinaryProperty(after, UCHAR_EMOJI_MODIFIER))
         return true;
     for (std::size_t mark = end; mark > 0 && u_getCombiningClass(characters[mark - 1].character) != 0;
          --mark) {
