@@ -163,6 +163,8 @@ TEST(OutlookStrings, AreReadInTheCharsetOfTheMessageAround) {
     EXPECT_EQ(inherited.plain, "水"); // the charset of the message, not that of its body
     EXPECT_EQ(nested(note().attachedMessage(inner)).subject, "É½");
     EXPECT_EQ(nested(note().codepage(1252).attachedMessage(OutlookMail(inner).codepage(936))).subject, "山");
+    const OutlookMail own = OutlookMail(inner).internetCodepage(936);
+    EXPECT_EQ(nested(note().codepage(1252).attachedMessage(own)).subject, "山");
     const OutlookMail between = OutlookMail().attachedMessage(inner);
     EXPECT_EQ(nested(note().codepage(936).attachedMessage(between)).attachments.at(0).embedded.at(0).subject,
               "山");

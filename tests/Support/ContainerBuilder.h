@@ -115,7 +115,7 @@ class Container {
 public:
     Container() { entries_.push_back({"Root Entry", 5, {}, {}}); }
 
-    /// 512 or 4,096 bytes.
+    /// 512 or 4,096 bytes; other sizes are not allowed, but can be written.
     Container& sectorSize(std::size_t bytes) {
         sector_ = bytes;
         return *this;
@@ -163,7 +163,7 @@ private:
 
     struct Entry {
         std::string name;
-        std::uint8_t kind;
+        std::uint8_t kind = 0;
         std::string content;
         std::string classID;
     };
@@ -179,7 +179,23 @@ private:
     using Key = std::tuple<std::size_t, std::size_t, std::string>; // parent, length, name
     using Numbers = std::span<const std::uint32_t>;
 
+    /// Sectors of each kind, and mini sectors.
+    struct Layout {
+        std::size_t count = 0;
+        std::size_t fat = 0;
+        std::size_t difat = 0;
+        std::size_t directory = 0;
+        std::size_t miniFat = 0;
+        std::size_t miniStream = 0;
+        std::size_t miniSectors = 0;
+    };
+
+    Layout layout() const;
+    void writeHeader(ContainerFile& file) const;
+
     static std::size_t divided(std::size_t size, std::size_t unit) { return (size + unit - 1) / unit; }
+    static bool isSmall(const Entry& entry) { return entry.content.size() < miniCutoff; }
+    std::size_t listedInSector() const { return std::min(listedInSector_, sector_ / 4 - 1); }
 
     /// Where the units of all chains go, in the order of the chains.
     std::vector<std::uint32_t> places(std::size_t count) const {
@@ -247,6 +263,11 @@ private:
         return siblings[middle];
     }
 
+    static std::string encoded(Numbers numbers) {
+        std::string bytes;
+        for (const std::uint32_t number : numbers) bytes += littleEndian(number, 4);
+        return bytes;
+    }
     static std::string encoded(const Entry& entry, const Links& links) {
         std::string name = utf16(entry.name);
         std::string bytes = name + std::string(64 - name.size(), '\0');
@@ -271,114 +292,108 @@ private:
     std::size_t listedInSector_ = 1'023; // or as many as fit
 };
 
-inline ContainerFile Container::file() const {
-    using File = ContainerFile;
-    const auto isSmall = [](const Entry& entry) { return entry.content.size() < miniCutoff; };
-    const std::size_t perSector = sector_ / 4;
-    const std::size_t listedInSector = std::min(listedInSector_, perSector - 1);
-
-    std::size_t miniCount = 0;
-    std::size_t streamSectors = 0;
+inline Container::Layout Container::layout() const {
+    Layout layout{.fat = leastFat_, .directory = divided(entries_.size() * 128, sector_)};
+    std::size_t streams = 0;
     for (const Entry& entry : entries_) {
-        miniCount += isSmall(entry) ? divided(entry.content.size(), miniSector) : 0;
-        streamSectors += isSmall(entry) ? 0 : divided(entry.content.size(), sector_);
+        layout.miniSectors += isSmall(entry) ? divided(entry.content.size(), miniSector) : 0;
+        streams += isSmall(entry) ? 0 : divided(entry.content.size(), sector_);
     }
-    const std::size_t directorySectors = divided(entries_.size() * 128, sector_);
-    const std::size_t miniFatSectors = divided(miniCount * 4, sector_);
-    const std::size_t miniSectors = divided(miniCount * miniSector, sector_);
-    const std::size_t dataSectors = directorySectors + miniFatSectors + miniSectors + streamSectors;
-    std::size_t fatSectors = leastFat_;
-    std::size_t difatSectors = 0;
-    for (std::size_t count = 0; count != dataSectors + fatSectors + difatSectors;) {
-        count = dataSectors + fatSectors + difatSectors;
-        fatSectors = std::max(leastFat_, divided(count, perSector));
-        difatSectors = divided(fatSectors - std::min(fatSectors, listedInHeader_), listedInSector);
+    layout.miniFat = divided(layout.miniSectors * 4, sector_);
+    layout.miniStream = divided(layout.miniSectors * miniSector, sector_);
+    const std::size_t data = layout.directory + layout.miniFat + layout.miniStream + streams;
+    while (layout.count != data + layout.fat + layout.difat) { // the FAT counts itself and its list
+        layout.count = data + layout.fat + layout.difat;
+        layout.fat = std::max(leastFat_, divided(layout.count, sector_ / 4));
+        layout.difat = divided(layout.fat - std::min(layout.fat, listedInHeader_), listedInSector());
     }
-    const std::size_t count = dataSectors + fatSectors + difatSectors;
+    return layout;
+}
 
-    std::string area(count * sector_, '\0');
-    std::vector<std::uint32_t> table(fatSectors * perSector, File::none);
-    const std::vector<std::uint32_t> numbers = places(count);
+inline ContainerFile Container::file() const {
+    const Layout layout = this->layout();
+    ContainerFile file{.sector = sector_, .entries = paths_};
+    std::string area(layout.count * sector_, '\0');
+    const std::vector<std::uint32_t> numbers = places(layout.count);
     std::size_t used = 0;
-    const auto take = [&](std::size_t some) {
-        used += some;
-        return Numbers(numbers).subspan(used - some, some);
+    const auto take = [&](std::size_t count) {
+        used += count;
+        return Numbers(numbers).subspan(used - count, count);
     };
-    const Numbers fat = take(fatSectors);
-    const Numbers difat = take(difatSectors);
-    const Numbers directory = take(directorySectors);
-    const Numbers miniFat = take(miniFatSectors);
-    const Numbers miniStream = take(miniSectors);
+    const auto listOf = [](Numbers some) { return std::vector(some.begin(), some.end()); };
+    file.fat = listOf(take(layout.fat));
+    file.difat = listOf(take(layout.difat));
+    file.directory = listOf(take(layout.directory));
+    file.miniFat = listOf(take(layout.miniFat));
+    const Numbers miniStream = take(layout.miniStream);
 
     // Streams, then the tables that say where they are.
+    std::vector<std::uint32_t> table(layout.fat * sector_ / 4, ContainerFile::none);
+    std::string mini(layout.miniSectors * miniSector, '\0');
+    std::vector<std::uint32_t> miniTable(layout.miniFat * sector_ / 4, ContainerFile::none);
+    const std::vector<std::uint32_t> miniNumbers = places(layout.miniSectors);
+    Numbers miniLeft = miniNumbers;
     std::vector<Links> links = tree();
-    std::string mini(miniCount * miniSector, '\0');
-    std::vector<std::uint32_t> miniTable(miniFatSectors * perSector, File::none);
-    const std::vector<std::uint32_t> miniNumbers = places(miniCount);
-    std::size_t miniUsed = 0;
-    for (std::size_t id = 0; id < entries_.size(); ++id) {
-        const Entry& entry = entries_[id];
-        links[id].size = entry.content.size();
-        if (entry.kind != 2) continue;
-        if (isSmall(entry)) {
-            const std::size_t some = divided(entry.content.size(), miniSector);
-            const Numbers own = Numbers(miniNumbers).subspan(miniUsed, some);
-            links[id].start = chain(mini, miniSector, miniTable, own, entry.content);
-            miniUsed += some;
-        } else {
-            const Numbers own = take(divided(entry.content.size(), sector_));
-            links[id].start = chain(area, sector_, table, own, entry.content);
+    for (std::size_t id = 1; id < entries_.size(); ++id) {
+        const std::string& content = entries_[id].content;
+        links[id].size = content.size();
+        if (entries_[id].kind == 2 && isSmall(entries_[id])) {
+            const std::size_t count = divided(content.size(), miniSector);
+            links[id].start = chain(mini, miniSector, miniTable, miniLeft.first(count), content);
+            miniLeft = miniLeft.subspan(count);
+        } else if (entries_[id].kind == 2) {
+            links[id].start = chain(area, sector_, table, take(divided(content.size(), sector_)), content);
         }
     }
     links[0].start = chain(area, sector_, table, miniStream, mini);
     links[0].size = mini.size();
     std::string entries;
     for (std::size_t id = 0; id < entries_.size(); ++id) entries += encoded(entries_[id], links[id]);
-    while (entries.size() % sector_ != 0) entries += encoded({"", 0, {}, {}}, Links());
-    chain(area, sector_, table, directory, entries);
-    const auto numbersAsBytes = [](Numbers values) {
-        std::string bytes;
-        for (const std::uint32_t value : values) bytes += littleEndian(value, 4);
-        return bytes;
-    };
-    chain(area, sector_, table, miniFat, numbersAsBytes(miniTable));
-    for (const std::uint32_t number : fat) table[number] = File::fatMark;
-    for (const std::uint32_t number : difat) table[number] = File::difatMark;
-    const std::string tableBytes = numbersAsBytes(table);
-    for (std::size_t index = 0; index < fat.size(); ++index)
-        area.replace(fat[index] * sector_, sector_, tableBytes, index * sector_, sector_);
-    const Numbers listed = fat.first(std::min(fat.size(), listedInHeader_));
-    Numbers rest = fat.subspan(listed.size());
-    for (std::size_t index = 0; index < difat.size(); ++index) {
-        std::vector<std::uint32_t> list(perSector, File::none);
-        std::ranges::copy(rest.first(std::min(rest.size(), listedInSector)), list.begin());
-        rest = rest.subspan(std::min(rest.size(), listedInSector));
-        list.back() = index + 1 < difat.size() ? difat[index + 1] : File::end;
-        area.replace(difat[index] * sector_, sector_, numbersAsBytes(list));
-    }
-
-    File file{.data = std::string(sector_, '\0') + area, .sector = sector_, .entries = paths_};
-    file.fat.assign(fat.begin(), fat.end());
-    file.difat.assign(difat.begin(), difat.end());
-    file.directory.assign(directory.begin(), directory.end());
-    file.miniFat.assign(miniFat.begin(), miniFat.end());
-    file.set(File::signature, 0xE11A'B1A1'E011'CFD0);
-    file.write(24, littleEndian(0x3E, 2) + littleEndian(sector_ == 512 ? 3 : 4, 2)); // version
-    file.set(File::byteOrder, 0xFFFE);
-    file.set(File::sectorShift, sector_ == 512 ? 9 : 12);
-    file.set(File::miniSectorShift, 6);
-    file.write(40, littleEndian(sector_ == 512 ? 0 : directorySectors, 4));
-    file.set(File::fatCount, fatSectors);
-    file.set(File::firstDirectory, directory.front());
-    file.write(56, littleEndian(miniCutoff, 4));
-    file.set(File::firstMiniFat, miniFat.empty() ? File::end : miniFat.front());
-    file.set(File::miniFatCount, miniFatSectors);
-    file.set(File::firstDifat, difat.empty() ? File::end : difat.front());
-    file.set(File::difatCount, difatSectors);
-    std::vector<std::uint32_t> list(109, File::none);
-    std::ranges::copy(listed, list.begin());
-    file.write(File::fatList.offset, numbersAsBytes(list));
+    while (entries.size() % sector_ != 0) entries += encoded({}, {});
+    chain(area, sector_, table, file.directory, entries);
+    chain(area, sector_, table, file.miniFat, encoded(miniTable));
+    for (const std::uint32_t number : file.fat) table[number] = ContainerFile::fatMark;
+    for (const std::uint32_t number : file.difat) table[number] = ContainerFile::difatMark;
+    const std::string tableBytes = encoded(table);
+    for (std::size_t index = 0; index < file.fat.size(); ++index)
+        area.replace(file.fat[index] * sector_, sector_, tableBytes, index * sector_, sector_);
+    file.data = std::string(sector_, '\0') + area;
+    writeHeader(file);
     return file;
+}
+
+inline void Container::writeHeader(ContainerFile& file) const {
+    const auto first = [](Numbers some) { return some.empty() ? ContainerFile::end : some.front(); };
+    const bool small = sector_ == 512;
+    file.set(ContainerFile::signature, 0xE11A'B1A1'E011'CFD0);
+    file.write(24, littleEndian(0x3E, 2) + littleEndian(small ? 3 : 4, 2)); // version
+    file.set(ContainerFile::byteOrder, 0xFFFE);
+    file.set(ContainerFile::sectorShift, static_cast<std::size_t>(std::countr_zero(sector_)));
+    file.set(ContainerFile::miniSectorShift, 6);
+    file.write(40, littleEndian(small ? 0 : file.directory.size(), 4));
+    file.set(ContainerFile::fatCount, file.fat.size());
+    file.set(ContainerFile::firstDirectory, file.directory.front());
+    file.write(56, littleEndian(miniCutoff, 4));
+    file.set(ContainerFile::firstMiniFat, first(file.miniFat));
+    file.set(ContainerFile::miniFatCount, file.miniFat.size());
+    file.set(ContainerFile::firstDifat, first(file.difat));
+    file.set(ContainerFile::difatCount, file.difat.size());
+
+    // The FAT's sectors are listed here, and then in a chain of sectors that end in the number of the next.
+    Numbers left = file.fat;
+    const auto listed = [&](std::size_t count, std::size_t room) {
+        std::vector<std::uint32_t> list(room, ContainerFile::none);
+        const Numbers some = left.first(std::min(left.size(), count));
+        std::ranges::copy(some, list.begin());
+        left = left.subspan(some.size());
+        return list;
+    };
+    file.write(ContainerFile::fatList.offset, encoded(listed(listedInHeader_, 109)));
+    for (std::size_t index = 0; index < file.difat.size(); ++index) {
+        std::vector<std::uint32_t> list = listed(listedInSector(), sector_ / 4);
+        list.back() = first(Numbers(file.difat).subspan(index + 1));
+        file.write(file.offsetOf(file.difat[index]), encoded(list));
+    }
 }
 
 } // namespace MailCore::Testing
