@@ -7,7 +7,7 @@
 #include <gtest/gtest.h>
 #include <unicode/locid.h>
 
-#include <chrono>
+#include <ctime>
 #include <random>
 #include <ranges>
 
@@ -228,11 +228,11 @@ TEST(TextQuery, TakesTimeInProportionToHostileTexts) {
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         for (const Rules rules : {Rules::standard, Rules::turkic}) {
-            const auto begin = std::chrono::steady_clock::now();
+            const std::clock_t begin = std::clock();
             TextQuery query(c.query, rules);
             EXPECT_FALSE(query.isIn(c.text));
-            const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - begin;
-            EXPECT_LT(seconds.count(), 20);
+            const double seconds = static_cast<double>(std::clock() - begin) / CLOCKS_PER_SEC;
+            EXPECT_LT(seconds, 20);
         }
     }
 }
