@@ -1,6 +1,7 @@
 #include "TesselMail/Model/AppModel.h"
 #include "TesselMail/Model/ApplicationID.h"
 #include "TesselMail/Model/ArchiveWork.h"
+#include "TesselMail/Platform/NativeDesktop.h"
 #include "TesselMail/Platform/NativeFilePanels.h"
 #include "TesselMail/Views/MainWindow.h"
 
@@ -18,7 +19,8 @@ class Application : public Gtk::Application {
 public:
     Application()
         : Gtk::Application(applicationID, Gio::Application::Flags::HANDLES_OPEN),
-          preferences_(Preferences::ofUser()), model_(AppModel::create(preferences_, panels_)) {
+          preferences_(Preferences::ofUser()), model_(AppModel::create(preferences_, panels_, desktop_)) {
+        desktop_.attach([this] { present(); });
         // GTK would quit by itself with the last window, but not let go of what is open.
         signal_shutdown().connect([this] { model_->closeAll(); });
     }
@@ -35,6 +37,8 @@ protected:
         set_accels_for_action("win.close-all", {"<Control><Shift>w"});
         set_accels_for_action("win.export-original", {"<Control><Shift>s"});
         set_accels_for_action("win.details", {"<Control>i"});
+        set_accels_for_action("win.search", {"<Control>f"});
+        set_accels_for_action("win.settings", {"<Control>comma"});
         set_accels_for_action("app.quit", {"<Control>q"});
     }
 
@@ -86,6 +90,7 @@ private:
 
     Preferences preferences_;
     NativeFilePanels panels_;
+    NativeDesktop desktop_;
     std::shared_ptr<AppModel> model_;
     std::unique_ptr<MainWindow> window_;
 };

@@ -106,6 +106,8 @@ public:
     /// The reading view reports that it could not show the content tagged `identity`.
     void readingViewFailed(std::optional<MailCore::UUID> identity, std::string explanation);
     void dismissError();
+    /// Makes this application the one that opens mail links; whether that worked.
+    Later<bool> becomeMailHandler() { return desktop_.becomeMailHandler(); }
 
     /// Opens an attached message as a collection of its own, held in memory.
     void previewAttachment(MailCore::UUID attachment);

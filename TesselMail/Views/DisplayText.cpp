@@ -13,19 +13,28 @@ bool setsDirection(char32_t codePoint) {
     return (codePoint >= 0x202A && codePoint <= 0x202E) || (codePoint >= 0x2066 && codePoint <= 0x2069);
 }
 
+std::string isolated(std::string_view text, std::string_view end) {
+    std::string result = "\u2068";
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t start = at;
+        if (!setsDirection(MailCore::Text::next(text, at))) result += text.substr(start, at - start);
+    }
+    return result.append(end).append("\u2069");
+}
+
 } // namespace
 
 std::string displayed(std::string_view text, std::size_t characters) {
     const std::string_view shown = MailCore::Text::prefix(text, characters);
-    std::string result = "\u2068";
-    for (std::size_t at = 0; at < shown.size();) {
-        const std::size_t start = at;
-        if (!setsDirection(MailCore::Text::next(shown, at))) result += shown.substr(start, at - start);
-    }
-    if (shown.size() < text.size()) result += "…";
-    result += "\u2069";
+    std::string result = isolated(shown, shown.size() < text.size() ? "…" : "");
     std::ranges::replace_if(
         result, [](char byte) { return byte == '\n' || byte == '\r' || byte == '\0'; }, ' ');
+    return result;
+}
+
+std::string displayedLines(std::string_view text) {
+    std::string result = isolated(text, "");
+    std::ranges::replace(result, '\0', ' ');
     return result;
 }
 

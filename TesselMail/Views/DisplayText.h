@@ -12,6 +12,9 @@ namespace TesselMail {
 /// to use.
 std::string displayed(std::string_view text, std::size_t characters = 1'000);
 
+/// The same with its line breaks.
+std::string displayedLines(std::string_view text);
+
 /// The name of a file or folder for display, or its whole path; what is not UTF-8 in it becomes U+FFFD.
 std::string displayedName(const MailCore::URL& url);
 std::string displayedPath(const MailCore::URL& url);

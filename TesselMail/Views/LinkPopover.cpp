@@ -1,35 +1,31 @@
 #include "TesselMail/Views/LinkPopover.h"
 
-#include "TesselMail/Views/DisplayText.h"
-
 namespace TesselMail {
 
 LinkPopover::LinkPopover(Gtk::Widget& parent, Preferences& preferences) : preferences_(preferences) {
     title_.set_xalign(0);
+    title_.set_hexpand(true);
     title_.add_css_class("heading");
-    text_.set_wrap(true);
-    text_.set_wrap_mode(Pango::WrapMode::CHAR);
-    text_.set_selectable(true);
-    text_.set_xalign(0);
-    text_.set_width_chars(36);
-    text_.set_max_width_chars(48);
-    text_.set_can_focus(true);
-    scroller_.set_child(text_);
+    close_.set_icon_name("window-close-symbolic");
+    close_.add_css_class("flat");
+    close_.signal_clicked().connect(sigc::mem_fun(*this, &LinkPopover::popdown));
+    head_.append(icon_);
+    head_.append(title_);
+    head_.append(close_);
+    scroller_.set_child(fields_);
     scroller_.set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
     scroller_.set_propagate_natural_height(true);
-    scroller_.set_max_content_height(220);
     copy_.set_halign(Gtk::Align::END);
     copy_.signal_clicked().connect(sigc::mem_fun(*this, &LinkPopover::copy));
 
     content_.set_margin(6);
-    content_.append(title_);
+    content_.append(head_);
     content_.append(scroller_);
     content_.append(copy_);
     set_child(content_);
     set_parent(parent);
     set_position(Gtk::PositionType::TOP);
     preferences_.signalChanged().connect(sigc::mem_fun(*this, &LinkPopover::showTexts));
-    showTexts();
 }
 
 LinkPopover::~LinkPopover() {
@@ -40,20 +36,28 @@ void LinkPopover::show(const std::string& address, const Gdk::Rectangle& place) 
     if (!get_parent() || !get_parent()->get_mapped()) return;
     address_ = address;
     showTexts();
-    text_.set_text(displayed(address, address.size()));
+    if (copyValue_.empty() && !fields_.get_first_child()) return;
     set_pointing_to(place);
     popup();
-    text_.select_region(0, 0);
     copy_.grab_focus();
 }
 
 void LinkPopover::showTexts() {
-    title_.set_text(preferences_.text(Texts::link));
-    copy_.set_label(preferences_.text(Texts::copyLink));
+    close_.set_tooltip_text(preferences_.text(Texts::close));
+    fields_.clear();
+    copyValue_.clear();
+    const std::optional<CapturedMailLink> link = CapturedMailLink::of(address_, preferences_.chinese());
+    if (!link) return;
+    icon_.set_from_icon_name(iconOfSymbol(link->symbol));
+    title_.set_text(link->title);
+    for (const CapturedMailLink::Field& field : link->fields) fields_.add(field.label, field.value);
+    scroller_.set_max_content_height(link->height());
+    copy_.set_label(link->copyLabel);
+    copyValue_ = link->copyValue;
 }
 
 void LinkPopover::copy() {
-    get_clipboard()->set_text(address_);
+    get_clipboard()->set_text(copyValue_);
     copy_.set_label(preferences_.text(Texts::copied));
 }
 

@@ -1,7 +1,8 @@
 #pragma once
 
-#include "MailCore/Platform/UUID.h"
+#include "TesselMail/Model/CapturedMailLink.h"
 #include "TesselMail/Model/Preferences.h"
+#include "TesselMail/Views/LinkFields.h"
 
 #include <gtkmm.h>
 
@@ -9,13 +10,14 @@
 
 namespace TesselMail {
 
-/// Shows where a link of the message leads, for reading and copying. It never opens it.
+/// Shows what a link of the message carries, for reading and copying. It never opens it.
 class LinkPopover : public Gtk::Popover {
 public:
     /// Attached to `parent`, which outlives it, as do the preferences.
     LinkPopover(Gtk::Widget& parent, Preferences& preferences);
     ~LinkPopover() override;
 
+    /// Shows nothing for an address that is not to be shown.
     void show(const std::string& address, const Gdk::Rectangle& place);
 
 private:
@@ -24,9 +26,13 @@ private:
 
     Preferences& preferences_;
     std::string address_;
+    std::string copyValue_;
     Gtk::Box content_{Gtk::Orientation::VERTICAL, 10};
+    Gtk::Box head_{Gtk::Orientation::HORIZONTAL, 8};
+    Gtk::Image icon_;
     Gtk::Label title_;
-    Gtk::Label text_;
+    Gtk::Button close_;
+    LinkFields fields_;
     Gtk::ScrolledWindow scroller_;
     Gtk::Button copy_;
 };

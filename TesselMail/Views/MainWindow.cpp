@@ -59,6 +59,7 @@ MainWindow::MainWindow(AppModel& model)
     addDropTarget();
     model_.collections.signalChanged().connect(sigc::mem_fun(*this, &MainWindow::showWelcome));
     model_.selectedCollection.signalChanged().connect(sigc::mem_fun(*this, &MainWindow::showList));
+    model_.capture.signalChanged().connect(sigc::mem_fun(*this, &MainWindow::showCapture));
     for (auto* const signal : {&model_.collections.signalChanged(), &model_.readRequest.signalChanged(),
                                &model_.reading.signalChanged(), &model_.showDetails.signalChanged(),
                                &model_.selectionVersion.signalChanged()})
@@ -116,6 +117,8 @@ void MainWindow::addActions() {
     add_action("close", sigc::mem_fun(*this, &MainWindow::close));
     closeAll_ = add_action("close-all", sigc::mem_fun(model_, &AppModel::closeAll));
     export_ = add_action("export-original", sigc::mem_fun(model_, &AppModel::exportOriginal));
+    add_action("search", sigc::mem_fun(list_, &MessageList::focusSearch));
+    add_action("settings", sigc::mem_fun(*this, &MainWindow::showSettings));
     details_ = add_action_bool("details", [this] { model_.setShowDetails(!*model_.showDetails); });
 }
 
@@ -154,7 +157,7 @@ void MainWindow::showTexts() {
 }
 
 void MainWindow::showWelcome() {
-    stack_.set_visible_child(model_.collections->empty() ? "welcome" : "content");
+    stack_.set_visible_child(model_.collections->empty() && !*model_.capture ? "welcome" : "content");
     closeAll_->set_enabled(!model_.collections->empty());
 }
 
@@ -185,7 +188,18 @@ void MainWindow::showList() {
 }
 
 void MainWindow::showReader() {
+    adw_leaflet_set_visible_child(outer_, GTK_WIDGET(inner_));
     adw_leaflet_set_visible_child(inner_, GTK_WIDGET(reader_.gobj()));
+}
+
+void MainWindow::showCapture() {
+    showWelcome();
+    if (*model_.capture) showReader();
+}
+
+void MainWindow::showSettings() {
+    if (!settings_) settings_ = std::make_unique<SettingsWindow>(model_, *this);
+    settings_->present();
 }
 
 void MainWindow::showAppearance() {

@@ -4,10 +4,13 @@
 #include "TesselMail/Views/MessageList.h"
 #include "TesselMail/Views/OpeningBar.h"
 #include "TesselMail/Views/ReadingPane.h"
+#include "TesselMail/Views/SettingsWindow.h"
 #include "TesselMail/Views/Sidebar.h"
 #include "TesselMail/Views/WelcomeView.h"
 
 #include <gtkmm.h>
+
+#include <memory>
 
 namespace TesselMail {
 
@@ -31,6 +34,8 @@ private:
     void showSources();
     void showList();
     void showReader();
+    void showCapture();
+    void showSettings();
     bool drop(const Glib::ValueBase& value, double x, double y);
     void errorDismissed();
 
@@ -50,7 +55,8 @@ private:
     Glib::RefPtr<Gio::SimpleAction> closeAll_;
     Glib::RefPtr<Gio::SimpleAction> export_;
     Glib::RefPtr<Gio::SimpleAction> details_;
-    AdwMessageDialog* errorDialog_ = nullptr; // while it is open
+    AdwMessageDialog* errorDialog_ = nullptr;  // while it is open
+    std::unique_ptr<SettingsWindow> settings_; // from its first use
 };
 
 } // namespace TesselMail

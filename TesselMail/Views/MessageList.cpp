@@ -17,6 +17,21 @@ MessageList::MessageList(AppModel& model)
     header_.packEnd(order_);
     append(header_.widget());
 
+    gtk_search_entry_set_search_delay(search_.gobj(), 0); // the model waits for a pause in typing
+    search_.set_margin_start(8);
+    search_.set_margin_end(8);
+    search_.set_margin_bottom(8);
+    search_.signal_search_changed().connect(sigc::mem_fun(*this, &MessageList::changeQuery));
+    search_.signal_stop_search().connect(sigc::mem_fun(*this, &MessageList::leaveSearch));
+    search_.signal_activate().connect(sigc::mem_fun(*this, &MessageList::focusList));
+    append(search_);
+    searching_.set_xalign(0);
+    searching_.set_margin_start(18);
+    searching_.set_margin_bottom(6);
+    searching_.add_css_class("caption");
+    searching_.add_css_class("dim-label");
+    append(searching_);
+
     notice_.set_wrap(true);
     notice_.set_xalign(0);
     notice_.add_css_class("notice");
@@ -50,9 +65,12 @@ MessageList::MessageList(AppModel& model)
     model_.collections.signalChanged().connect(sigc::mem_fun(*this, &MessageList::showTitle));
     model_.collections.signalChanged().connect(sigc::mem_fun(*this, &MessageList::showNotice));
     model_.newestFirst.signalChanged().connect(sigc::mem_fun(*this, &MessageList::showOrder));
+    model_.query.signalChanged().connect(sigc::mem_fun(*this, &MessageList::showSearch));
+    model_.searching.signalChanged().connect(sigc::mem_fun(*this, &MessageList::showSearch));
+    model_.searching.signalChanged().connect(sigc::mem_fun(*this, &MessageList::showTitle));
+    model_.searchUnreadable.signalChanged().connect(sigc::mem_fun(*this, &MessageList::showNotice));
     model_.preferences().signalChanged().connect(sigc::mem_fun(*this, &MessageList::showTexts));
     showTexts();
-    showEntries();
 }
 
 void MessageList::showTexts() {
@@ -65,9 +83,30 @@ void MessageList::showTexts() {
     gtk_accessible_update_property(GTK_ACCESSIBLE(list_.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
                                    preferences.text(Texts::messages).c_str(), -1);
     empty_.setTexts(preferences.text(Texts::noMessages), "");
+    search_.property_placeholder_text() = preferences.text(Texts::searchMessages);
+    gtk_accessible_update_property(GTK_ACCESSIBLE(search_.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
+                                   preferences.text(Texts::searchMessages).c_str(), -1);
+    searching_.set_text(preferences.text(Texts::searching));
     showOrder();
-    showTitle();
-    showNotice();
+    showSearch();
+    showEntries(); // rows hold texts too
+}
+
+void MessageList::showSearch() {
+    const bool before = std::exchange(updating_, true);
+    if (search_.get_text().raw() != *model_.query) search_.set_text(*model_.query);
+    updating_ = before;
+    searching_.set_visible(*model_.searching);
+}
+
+void MessageList::changeQuery() {
+    if (!updating_) model_.setQuery(search_.get_text());
+}
+
+// Escape takes the search back; a second one leaves the field.
+void MessageList::leaveSearch() {
+    if (search_.get_text().empty()) return focusList();
+    search_.set_text("");
 }
 
 void MessageList::showTitle() {
@@ -75,16 +114,23 @@ void MessageList::showTitle() {
     const Preferences& preferences = model_.preferences();
     header_.setTitle(preferences.text(Texts::messages),
                      collection ? displayedName(collection->url) : std::string());
-    stack_.set_visible_child(collection && collection->entries.empty() ? "empty" : "list");
+    const bool answered = !*model_.searching && rows_->entries().empty();
+    stack_.set_visible_child(collection && answered ? "empty" : "list");
 }
 
 void MessageList::showNotice() {
     const MailCore::MailCollection* const collection = model_.active();
     const bool limited = collection && collection->indexLimitReached;
     const bool interrupted = collection && collection->indexInterrupted;
-    if (limited || interrupted)
-        notice_.set_text(model_.preferences().text(limited ? Texts::limitReached : Texts::interrupted));
-    noticeRevealer_.set_reveal_child(limited || interrupted);
+    const Preferences& preferences = model_.preferences();
+    std::string text;
+    if (limited || interrupted) text = preferences.text(limited ? Texts::limitReached : Texts::interrupted);
+    if (*model_.searchUnreadable > 0) {
+        if (!text.empty()) text += "\n\n";
+        text += std::to_string(*model_.searchUnreadable) + preferences.text(Texts::unreadable);
+    }
+    if (!text.empty()) notice_.set_text(text);
+    noticeRevealer_.set_reveal_child(!text.empty());
 }
 
 void MessageList::showOrder() {
@@ -143,9 +189,17 @@ void MessageList::activate(guint position) {
     chosen_.emit();
 }
 
+// A click on the row that is selected already reads again what could not be read or shown.
+void MessageList::choose(guint position) {
+    if (position < rows_->entries().size() && rows_->entries()[position]->id == *model_.selectedEntry &&
+        !*model_.reading && !model_.currentMessageReady())
+        model_.select(*model_.selectedEntry);
+    chosen_.emit();
+}
+
 void MessageList::setUpRow(const Glib::RefPtr<Gtk::ListItem>& item) {
     auto* const row = Gtk::make_managed<MessageRow>();
-    row->signalClicked().connect(chosen_.make_slot());
+    row->signalClicked().connect([this, place = item.get()] { choose(place->get_position()); });
     item->set_child(*row);
 }
 

@@ -18,6 +18,7 @@ public:
     /// Emitted when people ask for a message by clicking its row or pressing Return on it.
     sigc::signal<void()>& signalChosen() noexcept { return chosen_; }
     void focusList() { list_.grab_focus(); }
+    void focusSearch() { search_.grab_focus(); }
 
 private:
     void showTexts();
@@ -25,6 +26,10 @@ private:
     void showSelection(bool scroll);
     void showTitle();
     void showNotice();
+    void showSearch();
+    void changeQuery();
+    void leaveSearch();
+    void choose(guint position);
     void showOrder();
     void setUpRow(const Glib::RefPtr<Gtk::ListItem>& item);
     void bindRow(const Glib::RefPtr<Gtk::ListItem>& item);
@@ -36,6 +41,8 @@ private:
     AppModel& model_;
     Adwaita::HeaderBar header_;
     Gtk::ToggleButton order_;
+    Gtk::SearchEntry search_;
+    Gtk::Label searching_;
     Gtk::Revealer noticeRevealer_;
     Gtk::Label notice_;
     Gtk::Stack stack_;

@@ -16,8 +16,8 @@ bool isDark() {
 } // namespace
 
 ReadingPane::ReadingPane(AppModel& model)
-    : Gtk::Box(Gtk::Orientation::VERTICAL), model_(model), messageHeader_(model), attachments_(model),
-      self_(std::make_shared<ReadingPane*>(this)) {
+    : Gtk::Box(Gtk::Orientation::VERTICAL), model_(model), capture_(model), messageHeader_(model),
+      attachments_(model), self_(std::make_shared<ReadingPane*>(this)) {
     add_css_class("reading-pane");
     details_.set_icon_name("help-about-symbolic");
     gtk_actionable_set_action_name(GTK_ACTIONABLE(details_.gobj()), "win.details");
@@ -37,6 +37,7 @@ ReadingPane::ReadingPane(AppModel& model)
     message_.append(attachments_);
     message_.append(*Gtk::make_managed<Gtk::Separator>());
     stack_.add(empty_, "empty");
+    stack_.add(capture_, "capture");
     stack_.add(select_.widget(), "select");
     stack_.add(large_.widget(), "large");
     stack_.add(failed_.widget(), "failed");
@@ -51,6 +52,7 @@ ReadingPane::ReadingPane(AppModel& model)
     model_.readRequest.signalChanged().connect(sigc::mem_fun(*this, &ReadingPane::showPage));
     model_.readerFailed.signalChanged().connect(sigc::mem_fun(*this, &ReadingPane::showPage));
     model_.collections.signalChanged().connect(sigc::mem_fun(*this, &ReadingPane::showPage));
+    model_.capture.signalChanged().connect(sigc::mem_fun(*this, &ReadingPane::showPage));
     model_.preferences().signalChanged().connect(sigc::mem_fun(*this, &ReadingPane::showTexts));
     g_signal_connect_swapped(adw_style_manager_get_default(), "notify::dark",
                              G_CALLBACK(+[](ReadingPane* self) { self->showBody(); }), this);
@@ -127,16 +129,18 @@ void ReadingPane::showBody() {
     plain_.get_buffer()->set_text(blank ? model_.preferences().text(Texts::noPlainText) : message->plain);
 }
 
-// While a newer selection is being read, the message before it stays.
+// While a newer selection is being read, the message before it stays for a moment, lest the pane flicker.
 void ReadingPane::showPage() {
     const char* page = "message";
-    if (!model_.entry())
+    if (*model_.capture)
+        page = "capture";
+    else if (!model_.entry())
         page = "select";
     else if (model_.selectionTooLarge())
         page = "large";
     else if (*model_.readerFailed || (!*model_.message && !*model_.reading))
         page = "failed";
-    else if (!*model_.message)
+    else if (!*model_.message || (*model_.reading && slow_))
         page = "empty";
     stack_.set_visible_child(page);
 }
@@ -144,6 +148,7 @@ void ReadingPane::showPage() {
 void ReadingPane::showReading() {
     if (web_ && *model_.reading) web_->closeLink();
     spinnerDelay_.disconnect();
+    slow_ = false;
     if (*model_.reading)
         spinnerDelay_ = Glib::signal_timeout().connect(
             sigc::bind_return(sigc::mem_fun(*this, &ReadingPane::showSpinner), false), spinnerDelay);
@@ -155,6 +160,8 @@ void ReadingPane::showReading() {
 
 void ReadingPane::showSpinner() {
     spinner_.start();
+    slow_ = true;
+    showPage();
 }
 
 void ReadingPane::readAgain() {

@@ -4,6 +4,7 @@
 #include "TesselMail/Platform/Task.h"
 #include "TesselMail/Views/AdwaitaWidgets.h"
 #include "TesselMail/Views/AttachmentBar.h"
+#include "TesselMail/Views/CaptureView.h"
 #include "TesselMail/Views/MailWebView.h"
 #include "TesselMail/Views/MessageHeader.h"
 
@@ -47,6 +48,7 @@ private:
     Adwaita::StatusPage failed_{"dialog-warning-symbolic"};
     Gtk::Button tryAgain_;
     Gtk::Box empty_;
+    CaptureView capture_;
     Gtk::Box message_{Gtk::Orientation::VERTICAL};
     MessageHeader messageHeader_;
     AttachmentBar attachments_;
@@ -54,6 +56,7 @@ private:
     Gtk::ScrolledWindow plainScroller_;
     Gtk::TextView plain_;
     bool usePlain_ = false;
+    bool slow_ = false;                  // the message that is being read lets people wait
     std::shared_ptr<ReadingPane*> self_; // emptied when this is gone
 };
 

@@ -89,6 +89,13 @@ Sidebar::Sidebar(AppModel& model) : Gtk::Box(Gtk::Orientation::VERTICAL), model_
     header_.packEnd(menu_);
     append(header_.widget());
 
+    captureHeading_.set_xalign(0);
+    captureHeading_.add_css_class("sidebar-heading");
+    capture_.set_xalign(0);
+    capture_.set_ellipsize(Pango::EllipsizeMode::MIDDLE);
+    capture_.add_css_class("captured-link");
+    append(captureHeading_);
+    append(capture_);
     heading_.set_xalign(0);
     heading_.add_css_class("sidebar-heading");
     append(heading_);
@@ -114,6 +121,7 @@ Sidebar::Sidebar(AppModel& model) : Gtk::Box(Gtk::Orientation::VERTICAL), model_
 
     model_.collections.signalChanged().connect(sigc::mem_fun(*this, &Sidebar::showCollections));
     model_.selectedCollection.signalChanged().connect(sigc::mem_fun(*this, &Sidebar::showSelection));
+    model_.capture.signalChanged().connect(sigc::mem_fun(*this, &Sidebar::showCapture));
     model_.preferences().signalChanged().connect(sigc::mem_fun(*this, &Sidebar::showTexts));
     showTexts();
 }
@@ -175,7 +183,18 @@ void Sidebar::showTexts() {
     menu_.set_menu_model(mainMenu(preferences));
     gtk_accessible_update_property(GTK_ACCESSIBLE(list_.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
                                    preferences.text(Texts::openedFiles).c_str(), -1);
+    captureHeading_.set_text(preferences.text(Texts::capturedLink));
+    showCapture();
     showCollections();
+}
+
+void Sidebar::showCapture() {
+    const auto& capture = *model_.capture;
+    captureHeading_.set_visible(capture.has_value());
+    capture_.set_visible(capture.has_value());
+    if (!capture) return;
+    const std::string& name = capture->subject.empty() ? capture->to : capture->subject;
+    capture_.set_text(name.empty() ? model_.preferences().text(Texts::emailLink) : displayed(name));
 }
 
 // Rows are few; they are made anew only when other sources are open, so that a growing one keeps its row.

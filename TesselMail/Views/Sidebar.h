@@ -25,6 +25,7 @@ private:
 
     void showTexts();
     void showCollections();
+    void showCapture();
     void showSelection();
     void choose(Gtk::ListBoxRow* row);
     void setUpMenu();
@@ -36,6 +37,8 @@ private:
     Adwaita::HeaderBar header_;
     Adwaita::OpenButton open_;
     Gtk::MenuButton menu_;
+    Gtk::Label captureHeading_;
+    Gtk::Label capture_;
     Gtk::Label heading_;
     Gtk::ScrolledWindow scroller_;
     Gtk::ListBox list_;

@@ -13,6 +13,7 @@ constexpr const char* style = R"(
 
 .sidebar-heading { font-weight: bold; font-size: 0.85em; opacity: 0.6; padding: 8px 18px 4px; }
 .sidebar-pane .navigation-sidebar { background: none; }
+.captured-link { padding: 4px 18px 8px; font-weight: bold; }
 .source-row { padding: 6px 4px 6px 10px; }
 .source-row .row-close { opacity: 0; min-width: 24px; min-height: 24px; padding: 0; }
 .source-row:hover .row-close, .source-row:focus-within .row-close { opacity: 1; }

@@ -24,9 +24,13 @@ WelcomeView::WelcomeView(AppModel& model) : Gtk::Box(Gtk::Orientation::VERTICAL)
     formats_.add_css_class("dim-label");
     formats_.set_wrap(true);
     formats_.set_justify(Gtk::Justification::CENTER);
+    capture_.set_halign(Gtk::Align::CENTER);
+    capture_.add_css_class("flat");
+    gtk_actionable_set_action_name(GTK_ACTIONABLE(capture_.gobj()), "win.settings");
     actions_.append(open_);
     actions_.append(drop_);
     actions_.append(formats_);
+    actions_.append(capture_);
     page_.setChild(actions_);
     append(page_.widget());
 
@@ -42,6 +46,7 @@ void WelcomeView::showTexts() {
     menu_.set_menu_model(mainMenu(preferences));
     page_.setTexts(preferences.text(Texts::applicationName), preferences.text(Texts::welcomeLine));
     open_.set_label(preferences.text(Texts::openMail));
+    capture_.set_label(preferences.text(Texts::captureSetUp));
     drop_.set_text(preferences.text(Texts::welcomeDrop));
     formats_.set_text(preferences.text(Texts::welcomeFormats));
 }

@@ -1,0 +1,29 @@
+#include "TesselMail/Platform/NativeDesktop.h"
+
+#include "TesselMail/Model/ApplicationID.h"
+#include "TesselMail/Platform/InterfaceThread.h"
+#include "TesselMail/Platform/ObjectRef.h"
+
+#include <gio/gdesktopappinfo.h>
+
+#include <string>
+#include <utility>
+
+namespace TesselMail {
+
+void NativeDesktop::present() {
+    if (present_) present_();
+}
+
+// Fails where the desktop entry is not installed: nothing could start the program for a link then.
+Later<bool> NativeDesktop::becomeMailHandler() {
+    return Later<bool>([](Later<bool>::Finish finish) {
+        const auto entry = ObjectRef<GDesktopAppInfo>::adopt(
+            g_desktop_app_info_new((std::string(applicationID) + ".desktop").c_str()));
+        const bool done = entry && g_app_info_set_as_default_for_type(
+                                       G_APP_INFO(entry.get()), "x-scheme-handler/mailto", nullptr) != FALSE;
+        InterfaceThread::post([finish = std::move(finish), done] { finish(done); });
+    });
+}
+
+} // namespace TesselMail

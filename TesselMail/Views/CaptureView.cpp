@@ -1,0 +1,65 @@
+#include "TesselMail/Views/CaptureView.h"
+
+namespace TesselMail {
+
+CaptureView::CaptureView(AppModel& model) : model_(model) {
+    icon_.set_from_icon_name("mail-unread-symbolic");
+    icon_.set_icon_size(Gtk::IconSize::LARGE);
+    title_.set_xalign(0);
+    title_.add_css_class("title-2");
+    head_.append(icon_);
+    head_.append(title_);
+    details_.add_css_class("suggested-action");
+    details_.signal_clicked().connect(sigc::mem_fun(*this, &CaptureView::copyDetails));
+    original_.signal_clicked().connect(sigc::mem_fun(*this, &CaptureView::copyOriginal));
+    actions_.append(details_);
+    actions_.append(original_);
+    nothingSent_.set_xalign(0);
+    nothingSent_.add_css_class("heading");
+    footer_.set_xalign(0);
+    footer_.set_wrap(true);
+    footer_.add_css_class("dim-label");
+    content_.append(head_);
+    content_.append(fields_);
+    content_.append(actions_);
+    content_.append(nothingSent_);
+    content_.append(footer_);
+    content_.set_margin(28);
+    set_child(content_);
+    set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
+
+    model_.capture.signalChanged().connect(sigc::mem_fun(*this, &CaptureView::showCapture));
+    model_.preferences().signalChanged().connect(sigc::mem_fun(*this, &CaptureView::showCapture));
+    showCapture();
+}
+
+void CaptureView::showCapture() {
+    fields_.clear();
+    const auto& capture = *model_.capture;
+    if (!capture) return;
+    const Preferences& preferences = model_.preferences();
+    title_.set_text(preferences.text(Texts::emailLink));
+    const std::string copy = preferences.text(Texts::copyValue);
+    fields_.add(preferences.text(Texts::to), capture->to, copy);
+    for (const auto& [label, value] : {std::pair<const Text&, const std::string&>{Texts::cc, capture->cc},
+                                       {Texts::bcc, capture->bcc},
+                                       {Texts::subject, capture->subject}})
+        if (!value.empty()) fields_.add(preferences.text(label), value, copy);
+    if (!capture->body.empty()) fields_.add(preferences.text(Texts::messageBody), capture->body);
+    details_.set_label(preferences.text(Texts::copyDetails));
+    original_.set_label(preferences.text(Texts::copyOriginalLink));
+    nothingSent_.set_text(preferences.text(Texts::nothingSent));
+    footer_.set_text(preferences.text(Texts::onlyHeld));
+}
+
+void CaptureView::copyDetails() {
+    if (!*model_.capture) return;
+    get_clipboard()->set_text((*model_.capture)->text());
+    details_.set_label(model_.preferences().text(Texts::copied));
+}
+
+void CaptureView::copyOriginal() {
+    if (*model_.capture) get_clipboard()->set_text((*model_.capture)->original);
+}
+
+} // namespace TesselMail

@@ -1,0 +1,167 @@
+#include "TesselMail/Views/SettingsWindow.h"
+
+#include <algorithm>
+#include <array>
+#include <string>
+#include <utility>
+#include <vector>
+
+namespace TesselMail {
+namespace {
+
+constexpr auto languages = std::to_array<std::string_view>({"auto", "en-US", "zh-CN"});
+constexpr auto appearances = std::to_array<std::string_view>({"auto", "light", "dark"});
+constexpr auto textSizes = std::to_array<double>({14, 16, 18, 20});
+
+// The place of a stored value among those that are offered; none when it is another.
+template <typename Values, typename Value>
+guint placeOf(const Values& values, const Value& value) {
+    const auto found = std::ranges::find(values, value);
+    return found == values.end() ? GTK_INVALID_LIST_POSITION : static_cast<guint>(found - values.begin());
+}
+
+void offer(AdwComboRow* row, const std::string& title, const std::vector<std::string>& choices,
+           guint chosen) {
+    adw_preferences_row_set_title(ADW_PREFERENCES_ROW(row), title.c_str());
+    std::vector<const char*> texts;
+    for (const std::string& choice : choices) texts.push_back(choice.c_str());
+    texts.push_back(nullptr);
+    const auto list = Glib::wrap(G_OBJECT(gtk_string_list_new(texts.data())));
+    adw_combo_row_set_model(row, G_LIST_MODEL(list->gobj()));
+    adw_combo_row_set_selected(row, chosen);
+}
+
+} // namespace
+
+SettingsWindow::SettingsWindow(AppModel& model, Gtk::Window& parent)
+    : model_(model), window_(ADW_PREFERENCES_WINDOW(adw_preferences_window_new())),
+      page_(ADW_PREFERENCES_PAGE(adw_preferences_page_new())),
+      self_(std::make_shared<SettingsWindow*>(this)) {
+    gtk_window_set_transient_for(GTK_WINDOW(window_), parent.gobj());
+    gtk_window_set_hide_on_close(GTK_WINDOW(window_), TRUE);
+    adw_preferences_window_set_search_enabled(window_, FALSE);
+    adw_preferences_window_add(window_, page_);
+    reading_ = addGroup();
+    language_ = addChoice(reading_);
+    appearance_ = addChoice(reading_);
+    textSize_ = addChoice(reading_);
+    links_ = addGroup();
+    addHandlerRows();
+    privacy_ = addGroup();
+    privacyRow_ = ADW_ACTION_ROW(adw_action_row_new());
+    adw_action_row_set_icon_name(privacyRow_, "security-high-symbolic");
+    adw_preferences_group_add(privacy_, GTK_WIDGET(privacyRow_));
+    changed_ = model_.preferences().signalChanged().connect(sigc::mem_fun(*this, &SettingsWindow::showTexts));
+    showTexts();
+}
+
+SettingsWindow::~SettingsWindow() {
+    *self_ = nullptr;
+    changed_.disconnect();
+    for (gpointer const object : {static_cast<gpointer>(language_), static_cast<gpointer>(appearance_),
+                                  static_cast<gpointer>(textSize_), static_cast<gpointer>(becomeHandler_)})
+        g_signal_handlers_disconnect_by_data(object, this);
+    gtk_window_destroy(GTK_WINDOW(window_));
+}
+
+AdwPreferencesGroup* SettingsWindow::addGroup() {
+    auto* const group = ADW_PREFERENCES_GROUP(adw_preferences_group_new());
+    adw_preferences_page_add(page_, group);
+    return group;
+}
+
+AdwComboRow* SettingsWindow::addChoice(AdwPreferencesGroup* group) {
+    auto* const row = ADW_COMBO_ROW(adw_combo_row_new());
+    adw_preferences_group_add(group, GTK_WIDGET(row));
+    g_signal_connect(
+        row, "notify::selected",
+        G_CALLBACK(+[](AdwComboRow* changed, GParamSpec*, SettingsWindow* self) { self->choose(changed); }),
+        this);
+    return row;
+}
+
+void SettingsWindow::addHandlerRows() {
+    becomeHandler_ = GTK_BUTTON(gtk_button_new());
+    gtk_widget_set_halign(GTK_WIDGET(becomeHandler_), GTK_ALIGN_START);
+    g_signal_connect_swapped(becomeHandler_, "clicked",
+                             G_CALLBACK(+[](SettingsWindow* self) { self->askToBecomeHandler(); }), this);
+    handlerStatus_ = GTK_LABEL(gtk_label_new(""));
+    gtk_label_set_xalign(handlerStatus_, 0);
+    gtk_label_set_wrap(handlerStatus_, TRUE);
+    gtk_widget_set_visible(GTK_WIDGET(handlerStatus_), FALSE);
+    gtk_widget_set_margin_top(GTK_WIDGET(handlerStatus_), 8);
+    adw_preferences_group_add(links_, GTK_WIDGET(becomeHandler_));
+    adw_preferences_group_add(links_, GTK_WIDGET(handlerStatus_));
+}
+
+void SettingsWindow::showTexts() {
+    const Preferences& preferences = model_.preferences();
+    const auto text = [&preferences](const Text& pair) { return preferences.text(pair); };
+    const bool before = std::exchange(updating_, true);
+    gtk_window_set_title(GTK_WINDOW(window_), text(Texts::settings).c_str());
+    adw_preferences_group_set_title(reading_, text(Texts::readingSettings).c_str());
+    offer(language_, text(Texts::language),
+          {text(Texts::automatic), text(Texts::english), text(Texts::simplifiedChinese)},
+          placeOf(languages, preferences.language()));
+    offer(appearance_, text(Texts::appearance),
+          {text(Texts::automatic), text(Texts::light), text(Texts::dark)},
+          placeOf(appearances, preferences.appearance()));
+    offer(textSize_, text(Texts::textSize), {"14 pt", "16 pt", "18 pt", "20 pt"},
+          placeOf(textSizes, preferences.textSize()));
+    adw_preferences_group_set_title(links_, text(Texts::emailLinks).c_str());
+    adw_preferences_group_set_description(links_, text(Texts::emailLinksHint).c_str());
+    gtk_button_set_label(becomeHandler_, text(Texts::becomeHandler).c_str());
+    adw_preferences_group_set_title(privacy_, text(Texts::privacy).c_str());
+    adw_preferences_row_set_title(ADW_PREFERENCES_ROW(privacyRow_), text(Texts::privacyHeadline).c_str());
+    adw_action_row_set_subtitle(privacyRow_, text(Texts::privacyText).c_str());
+    updating_ = before;
+}
+
+void SettingsWindow::choose(AdwComboRow* row) {
+    const guint place = adw_combo_row_get_selected(row);
+    if (updating_ || place == GTK_INVALID_LIST_POSITION) return;
+    Preferences& preferences = model_.preferences();
+    if (row == language_ && place < languages.size())
+        preferences.setLanguage(std::string(languages[place]));
+    else if (row == appearance_ && place < appearances.size())
+        preferences.setAppearance(std::string(appearances[place]));
+    else if (row == textSize_ && place < textSizes.size())
+        preferences.setTextSize(textSizes[place]);
+}
+
+void SettingsWindow::askToBecomeHandler() {
+    const Preferences& preferences = model_.preferences();
+    auto* const question = ADW_MESSAGE_DIALOG(
+        adw_message_dialog_new(GTK_WINDOW(window_), preferences.text(Texts::becomeHandlerQuestion).c_str(),
+                               preferences.text(Texts::becomeHandlerHint).c_str()));
+    adw_message_dialog_add_response(question, "yes", preferences.text(Texts::becomeHandlerAnswer).c_str());
+    adw_message_dialog_add_response(question, "cancel", preferences.text(Texts::cancel).c_str());
+    adw_message_dialog_set_default_response(question, "yes");
+    adw_message_dialog_set_close_response(question, "cancel");
+    auto self = std::make_unique<std::shared_ptr<SettingsWindow*>>(self_);
+    g_signal_connect_data(
+        question, "response",
+        G_CALLBACK(+[](AdwMessageDialog*, const char* answer, std::shared_ptr<SettingsWindow*>* window) {
+            if (**window && std::string_view(answer) == "yes")
+                becomeHandler(*window, (**window)->model_.becomeMailHandler());
+        }),
+        self.release(),
+        +[](gpointer data, GClosure*) {
+            const std::unique_ptr<std::shared_ptr<SettingsWindow*>> owned(
+                static_cast<std::shared_ptr<SettingsWindow*>*>(data));
+        },
+        GConnectFlags(0));
+    gtk_window_present(GTK_WINDOW(question));
+}
+
+Task SettingsWindow::becomeHandler(std::shared_ptr<SettingsWindow*> self, Later<bool> done) {
+    const bool changed = co_await std::move(done);
+    if (!*self) co_return;
+    SettingsWindow& window = **self;
+    gtk_label_set_text(
+        window.handlerStatus_,
+        window.model_.preferences().text(changed ? Texts::handlerSet : Texts::handlerFailed).c_str());
+    gtk_widget_set_visible(GTK_WIDGET(window.handlerStatus_), TRUE);
+}
+
+} // namespace TesselMail

@@ -1,0 +1,48 @@
+#pragma once
+
+#include "TesselMail/Model/AppModel.h"
+
+#include <adwaita.h>
+#include <gtkmm.h>
+
+#include <memory>
+
+namespace TesselMail {
+
+/// The settings: reading, mail links, privacy. Every change counts at once. `model` outlives it.
+class SettingsWindow {
+public:
+    SettingsWindow(AppModel& model, Gtk::Window& parent);
+    SettingsWindow(const SettingsWindow&) = delete;
+    SettingsWindow& operator=(const SettingsWindow&) = delete;
+    ~SettingsWindow();
+
+    void present() { gtk_window_present(GTK_WINDOW(window_)); }
+
+private:
+    AdwPreferencesGroup* addGroup();
+    AdwComboRow* addChoice(AdwPreferencesGroup* group);
+    void addHandlerRows();
+    void showTexts();
+    void choose(AdwComboRow* row);
+    void askToBecomeHandler();
+    static Task becomeHandler(std::shared_ptr<SettingsWindow*> self, Later<bool> done);
+
+    AppModel& model_;
+    AdwPreferencesWindow* window_;
+    AdwPreferencesPage* page_;
+    AdwPreferencesGroup* reading_ = nullptr;
+    AdwComboRow* language_ = nullptr;
+    AdwComboRow* appearance_ = nullptr;
+    AdwComboRow* textSize_ = nullptr;
+    AdwPreferencesGroup* links_ = nullptr;
+    GtkButton* becomeHandler_ = nullptr;
+    GtkLabel* handlerStatus_ = nullptr;
+    AdwPreferencesGroup* privacy_ = nullptr;
+    AdwActionRow* privacyRow_ = nullptr;
+    sigc::connection changed_;
+    bool updating_ = false;                 // rows change because the settings did
+    std::shared_ptr<SettingsWindow*> self_; // emptied when this is gone
+};
+
+} // namespace TesselMail
