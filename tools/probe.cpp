@@ -2,6 +2,7 @@
 // output. It holds no logic of its own: every operation is a direct call of the engine.
 
 #include "MailCore/Dates/MailDate.h"
+#include "MailCore/Links/MailtoCapture.h"
 #include "MailCore/MIME/Base64.h"
 #include "MailCore/MIME/MIME.h"
 #include "MailCore/Model/Limits.h"
@@ -11,7 +12,10 @@
 #include "MailCore/Platform/Text.h"
 #include "MailCore/Rendering/MailStyles.h"
 #include "MailCore/Rendering/SafeHTML.h"
+#include "MailCore/Search/MailSearch.h"
 #include "MailCore/Sources/MailReader.h"
+#include "TesselMail/Model/CapturedMailLink.h"
+#include "TesselMail/Model/ErrorText.h"
 
 #include <glib.h>
 #include <nlohmann/json.hpp>
@@ -433,6 +437,67 @@ Json page(const Json& request) {
     return rendered.page(boolean(request, "dark"), number(request, "scale"), background);
 }
 
+Json ids(std::span<const SharedEntry> entries) {
+    Json result = Json::array();
+    for (const SharedEntry& entry : entries) result.push_back(entry->id);
+    return result;
+}
+
+Json search(const Json& request) {
+    const std::string query = text(request, "query");
+    const bool newestFirst = boolean(request, "newestFirst");
+    const MailCollection collection = collectionAt(path(request));
+    const auto begin = std::chrono::steady_clock::now();
+    MailSearch::Results found = MailSearch::scan(collection.entries, query, never);
+    const EntryList ordered = MailSearch::ordered(std::move(found.entries), newestFirst);
+    const std::chrono::duration<double> seconds = std::chrono::steady_clock::now() - begin;
+    return {{"entries", ids(ordered)}, {"unreadable", found.unreadable}, {"seconds", seconds.count()}};
+}
+
+Json matching(const Json& request) {
+    const std::string query = text(request, "query");
+    return ids(MailSearch::matching(collectionAt(path(request)).entries, query, never));
+}
+
+Json ordered(const Json& request) {
+    EntryList entries;
+    for (const Json& item : list(request, "entries")) {
+        MessageEntry entry{.id = integer(item, "id")};
+        if (!isAbsent(item, "timestamp")) entry.timestamp = number(item, "timestamp");
+        entries.push_back(std::make_shared<const MessageEntry>(std::move(entry)));
+    }
+    return ids(MailSearch::ordered(std::move(entries), boolean(request, "newestFirst")));
+}
+
+Json mailto(const Json& request) {
+    const MailtoCapture capture(text(request, "text"));
+    return {{"to", capture.to},           {"cc", capture.cc},     {"bcc", capture.bcc},
+            {"subject", capture.subject}, {"body", capture.body}, {"original", capture.original},
+            {"text", capture.text()}};
+}
+
+Json link(const Json& request) {
+    const auto link = TesselMail::CapturedMailLink::of(text(request, "text"), boolean(request, "chinese"));
+    if (!link) return nullptr;
+    Json fields = Json::array();
+    for (const auto& field : link->fields)
+        fields.push_back({{"id", field.id}, {"label", field.label}, {"value", field.value}});
+    return {{"title", link->title},         {"symbol", link->symbol},       {"fields", std::move(fields)},
+            {"copyLabel", link->copyLabel}, {"copyValue", link->copyValue}, {"height", link->height()}};
+}
+
+Json errorText(const Json& request) {
+    const std::string name = text(request, "error");
+    std::exception_ptr error;
+    for (const MailError::Case which :
+         {MailError::tooLarge, MailError::malformed, MailError::unsupported, MailError::tooMany,
+          MailError::cancelled, MailError::sourceChanged, MailError::unsafeDestination})
+        if (MailError(which).name() == name) error = std::make_exception_ptr(MailError(which));
+    if (name == "other") error = std::make_exception_ptr(std::runtime_error(name));
+    if (!error) throw UsageError("no such error");
+    return std::string(TesselMail::errorText(error).in(boolean(request, "chinese")));
+}
+
 using Operation = Json (*)(const Json& request);
 
 const std::map<std::string, Operation, std::less<>>& operations() {
@@ -491,6 +556,12 @@ const std::map<std::string, Operation, std::less<>>& operations() {
              return json(MailStyles::length(text(r, "text"), boolean(r, "negative")));
          }},
         {"page", page},
+        {"search", search},
+        {"matching", matching},
+        {"ordered", ordered},
+        {"mailto", mailto},
+        {"link", link},
+        {"errorText", errorText},
     };
     return table;
 }
