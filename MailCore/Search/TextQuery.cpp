@@ -105,7 +105,7 @@ std::u32string sortedValues(const Elements& elements) {
     std::u32string values;
     for (const Element element : elements) values += element.value();
     std::ranges::sort(values);
-    values.erase(std::ranges::unique(values).begin(), values.end());
+    values.erase(std::unique(values.begin(), values.end()), values.end());
     return values;
 }
 
@@ -159,7 +159,7 @@ void TextQuery::prepareVariants(std::u32string_view plain) {
     if (rules_ == Rules::turkic && isWanted(U'\u0131')) found += U'I';
 
     std::ranges::sort(found);
-    found.erase(std::ranges::unique(found).begin(), found.end());
+    found.erase(std::unique(found.begin(), found.end()), found.end());
     variantsAreFew_ = found.size() <= mostVariants;
     if (!variantsAreFew_) return;
     for (const char32_t codePoint : found) {
