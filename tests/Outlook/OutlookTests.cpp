@@ -512,7 +512,7 @@ TEST(OutlookFiles, FailAsTheirContainersDo) {
 
 TEST(OutlookFiles, AreMalformedWhereverTheyAreTruncated) {
     OutlookMail mail = note().html(std::string(5'000, 'h')).attachedMessage(note().recipient("r", "r@t"));
-    for (const std::size_t sector : {512, 4'096}) {
+    for (const std::size_t sector : {std::size_t{512}, std::size_t{4'096}}) {
         const File whole = mail.container().sectorSize(sector).scattered().file();
         EXPECT_EQ(errorOfParsing(whole.bytes()), "none");
         const ByteView bytes = bytesOf(whole.data);
