@@ -112,7 +112,8 @@ protected:
     }
     std::vector<std::string> listed() const {
         std::vector<std::string> subjects;
-        for (const auto& entry : *model_->entries()) subjects.emplace_back(entry->subject.view());
+        const ArchiveWork::SharedList entries = model_->entries(); // which may be the only one to hold it
+        for (const auto& entry : *entries) subjects.emplace_back(entry->subject.view());
         return subjects;
     }
     std::vector<std::string> openNames() const {

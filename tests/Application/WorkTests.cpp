@@ -3,7 +3,6 @@
 
 #include <gmock/gmock.h>
 
-
 namespace TesselMail::Testing {
 namespace {
 
@@ -104,48 +103,6 @@ TEST_F(Work, DecodesAnAttachedMessageByWhatItCarries) {
                                               std::make_shared<Cancellation>())),
             c.outcome);
     }
-}
-
-TEST(PreferencesTests, ChooseTheLanguage) {
-    const MailCore::Testing::TemporaryFolder folder;
-    struct Case {
-        std::string_view name;
-        std::string language;
-        std::vector<std::string> system;
-        bool chinese;
-    };
-    const Case cases[] = {
-        {"mainland China", "auto", {"zh_CN.UTF-8", "en"}, true}, {"Taiwan", "auto", {"zh_TW"}, true},
-        {"Britain first", "auto", {"en_GB", "zh_CN"}, false},    {"no languages", "auto", {}, false},
-        {"forced English", "en-US", {"zh_CN"}, false},           {"forced Chinese", "zh-CN", {"en"}, true},
-        {"an unknown choice", "fr", {"zh_CN"}, false},
-    };
-    for (const Case& c : cases) {
-        SCOPED_TRACE(c.name);
-        Preferences preferences(folder.path("none.ini").string(), c.system);
-        preferences.setLanguage(c.language);
-        EXPECT_EQ(preferences.chinese(), c.chinese);
-    }
-}
-
-TEST(PreferencesTests, AreKeptAndForgiveBrokenFiles) {
-    const MailCore::Testing::TemporaryFolder folder;
-    const std::string path = folder.path("deep/preferences.ini").string();
-    {
-        Preferences preferences(path, {"en"});
-        EXPECT_FALSE(std::filesystem::exists(path)); // nothing is written before a change
-        preferences.setTextSize(18);
-        preferences.setAppearance("dark");
-    }
-    const Preferences kept(path, {"en"});
-    EXPECT_EQ(kept.readingScale(), 1.125);
-    EXPECT_EQ(kept.appearance(), "dark");
-    EXPECT_EQ(kept.language(), "auto");
-
-    folder.write("broken.ini", "[Preferences]\ntextSize=large\nlanguage=zh-CN\n");
-    const Preferences broken(folder.path("broken.ini").string(), {"en"});
-    EXPECT_EQ(broken.textSize(), 16);
-    EXPECT_TRUE(broken.chinese());
 }
 
 } // namespace
