@@ -190,6 +190,60 @@ std::string_view trimmedOf(std::string_view text, Predicate isTrimmed) noexcept 
     return text;
 }
 
+/// UTF-16LE as UTF-8. What is no character is refused, or with `repairing` gives one U+FFFD for the first
+/// byte of it, after which reading goes on; an incomplete end gives one.
+std::optional<std::string> decodedUTF16LE(ByteView bytes, bool repairing) {
+    std::string text;
+    // Three bytes of UTF-8 for a unit at most; of what is no character, for each byte.
+    text.resize(repairing ? bytes.size() * 3 : bytes.size() / 2 * 3);
+    char* out = text.data();
+    const std::byte* in = bytes.data();
+    const std::byte* const end = in + bytes.size();
+    const auto unitAt = [](const std::byte* at) { return littleEndian<std::uint16_t>(ByteView(at, 2)); };
+    const auto put = [&out](char32_t byte) { *out++ = static_cast<char>(byte); };
+    const auto putThree = [&put](char32_t codePoint) {
+        put(0xE0 | codePoint >> 12);
+        put(0x80 | (codePoint >> 6 & 0x3F));
+        put(0x80 | (codePoint & 0x3F));
+    };
+    while (in < end) {
+        // Four units of ASCII at a time: that is what most texts are made of.
+        for (; end - in >= 8; in += 8, out += 4) {
+            const auto units = littleEndian<std::uint64_t>(ByteView(in, 8));
+            if ((units & 0xFF80'FF80'FF80'FF80) != 0) break;
+            for (int index = 0; index < 4; ++index) out[index] = static_cast<char>(units >> (16 * index));
+        }
+        if (in == end) break;
+        const char32_t unit =
+            end - in < 2 ? 0xD800 : unitAt(in); // half a unit is as incomplete as half a pair
+        if (unit < 0x80) {
+            put(unit);
+            in += 2;
+        } else if (unit < 0x800) {
+            put(0xC0 | unit >> 6);
+            put(0x80 | (unit & 0x3F));
+            in += 2;
+        } else if (unit < 0xD800 || unit > 0xDFFF) {
+            putThree(unit);
+            in += 2;
+        } else if (unit < 0xDC00 && end - in >= 4 && unitAt(in + 2) >= 0xDC00 && unitAt(in + 2) <= 0xDFFF) {
+            const char32_t codePoint = 0x10000 + ((unit - 0xD800) << 10) + (unitAt(in + 2) - 0xDC00U);
+            put(0xF0 | codePoint >> 18);
+            put(0x80 | (codePoint >> 12 & 0x3F));
+            put(0x80 | (codePoint >> 6 & 0x3F));
+            put(0x80 | (codePoint & 0x3F));
+            in += 4;
+        } else if (repairing) {
+            putThree(0xFFFD);
+            in = unit < 0xDC00 && end - in < 4 ? end : in + 1;
+        } else {
+            return std::nullopt;
+        }
+    }
+    text.resize(static_cast<std::size_t>(out - text.data()));
+    return text;
+}
+
 } // namespace
 
 std::string repaired(ByteView bytes) {
@@ -209,47 +263,12 @@ std::string repaired(ByteView bytes) {
 }
 
 std::optional<std::string> fromUTF16LE(ByteView bytes) {
-    if (bytes.size() % 2 != 0) return std::nullopt;
-    std::string text;
-    text.resize(bytes.size() / 2 * 3); // three bytes of UTF-8 for a unit at most
-    char* out = text.data();
-    const std::byte* in = bytes.data();
-    const std::byte* const end = in + bytes.size();
-    const auto unit = [&in] { return littleEndian<std::uint16_t>(ByteView(in, 2)); };
-    const auto put = [&out](char32_t byte) { *out++ = static_cast<char>(byte); };
-    while (in < end) {
-        // Four units of ASCII at a time: that is what most texts are made of.
-        for (; end - in >= 8; in += 8, out += 4) {
-            const auto units = littleEndian<std::uint64_t>(ByteView(in, 8));
-            if ((units & 0xFF80'FF80'FF80'FF80) != 0) break;
-            for (int index = 0; index < 4; ++index) out[index] = static_cast<char>(units >> (16 * index));
-        }
-        if (in == end) break;
-        char32_t codePoint = unit();
-        in += 2;
-        if (codePoint >= 0xD800 && codePoint <= 0xDFFF) {
-            if (codePoint >= 0xDC00 || in == end) return std::nullopt;
-            const char32_t low = unit();
-            if (low < 0xDC00 || low > 0xDFFF) return std::nullopt;
-            in += 2;
-            codePoint = 0x10000 + ((codePoint - 0xD800) << 10) + (low - 0xDC00);
-            put(0xF0 | codePoint >> 18);
-            put(0x80 | (codePoint >> 12 & 0x3F));
-            put(0x80 | (codePoint >> 6 & 0x3F));
-            put(0x80 | (codePoint & 0x3F));
-        } else if (codePoint >= 0x800) {
-            put(0xE0 | codePoint >> 12);
-            put(0x80 | (codePoint >> 6 & 0x3F));
-            put(0x80 | (codePoint & 0x3F));
-        } else if (codePoint >= 0x80) {
-            put(0xC0 | codePoint >> 6);
-            put(0x80 | (codePoint & 0x3F));
-        } else {
-            put(codePoint);
-        }
-    }
-    text.resize(static_cast<std::size_t>(out - text.data()));
-    return text;
+    return decodedUTF16LE(bytes, false);
+}
+
+std::string repairedUTF16LE(ByteView bytes) {
+    if (auto text = decodedUTF16LE(bytes, false)) return *std::move(text);
+    return *decodedUTF16LE(bytes, true);
 }
 
 bool isValid(ByteView bytes) noexcept {

@@ -14,6 +14,9 @@ std::string repaired(ByteView bytes);
 /// `bytes` read as UTF-16LE without a mark; absent when they are not well-formed (an odd byte, a surrogate
 /// without its other half).
 std::optional<std::string> fromUTF16LE(ByteView bytes);
+/// The same, with U+FFFD for a byte with which no character begins, which is skipped, and for an incomplete
+/// end: what the system's converter makes of them.
+std::string repairedUTF16LE(ByteView bytes);
 /// Whether `bytes` are well-formed UTF-8 (no surrogates, nothing above U+10FFFF).
 bool isValid(ByteView bytes) noexcept;
 

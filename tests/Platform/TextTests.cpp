@@ -1,6 +1,11 @@
 #include "MailCore/Platform/Text.h"
 
+#include "MailCore/Platform/Converter.h"
+
 #include <gtest/gtest.h>
+
+#include <array>
+#include <random>
 
 namespace MailCore {
 namespace {
@@ -53,6 +58,24 @@ TEST(TextFromUTF16, TakesWellFormedBytesOnly) {
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         EXPECT_EQ(Text::fromUTF16LE(bytesOf(c.bytes)), c.text);
+    }
+}
+
+TEST(TextFromUTF16, IsRepairedAsTheConverterDoes) {
+    std::mt19937 random(16);
+    constexpr auto units = std::to_array<std::uint16_t>(
+        {'a',    'b',    'c',    'd',    0xE9,   0x7FF,  0x800,  0x4E2D, 0xD7FF, 0xD800, 0xD83D,
+         0xDBFF, 0xDC00, 0xDE00, 0xDFFF, 0xE000, 0xFEFF, 0xFFFF, 0xDCDC, 0xD8D8, 0});
+    for (int round = 0; round < 20'000; ++round) {
+        Bytes bytes;
+        for (std::size_t count = random() % 12; count > 0; --count) {
+            const std::uint16_t unit = units[random() % units.size()];
+            bytes.push_back(static_cast<std::byte>(unit & 0xFF));
+            if (random() % 20 != 0) bytes.push_back(static_cast<std::byte>(unit >> 8));
+        }
+        auto converter = Converter::open("utf-16le");
+        ASSERT_TRUE(converter);
+        ASSERT_EQ(Text::repairedUTF16LE(bytes), converter->convert(bytes)) << "round " << round;
     }
 }
 
