@@ -52,7 +52,7 @@ protected:
             if (!g_main_context_iteration(nullptr, FALSE)) g_usleep(500);
     }
 
-    const URL big_ = folder_.write("big.mbox", mailbox(std::vector<std::string>(20'000, "one of many")));
+    const URL big_ = folder_.write("big.mbox", mailbox(std::vector<std::string>(5'000, "one of many")));
 };
 
 TEST_F(Leaving, ByClosingLeavesNothingBehind) {
