@@ -170,7 +170,7 @@ private:
     void publishResults(ArchiveWork::SearchResults results, CollectionID collection);
     void clearPresentation();
     void show(ArchiveWork::ReadMessage content, CollectionID collection, EntryID entry);
-    void addAttachedMessage(const MailCore::MailAttachment& attachment, AttachmentPlace place,
+    void addAttachedMessage(const SharedAttachment& attachment, AttachmentPlace place,
                             ArchiveWork::ReadMessage content);
     AttachmentPlace placeOf(const MailCore::MailAttachment& attachment) const;
     SharedAttachment shownAttachment(MailCore::UUID id) const;

@@ -233,10 +233,7 @@ void AppModel::finishRun(const Run& run, const std::vector<std::string>& notices
     openingID_.reset();
     preferredOpeningID_.reset();
     releaseUnusedScopes();
-    // The first file was to be shown and failed: something else that is open will do.
-    if (run.token->isStopped()) return;
-    if (!*selectedCollection && !collections->empty()) selectCollection(collections->front().id);
-    if (!notices.empty()) error.set(joined(notices));
+    if (!run.token->isStopped() && !notices.empty()) error.set(joined(notices));
 }
 
 void AppModel::cancel() {

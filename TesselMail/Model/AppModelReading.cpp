@@ -169,7 +169,7 @@ Task AppModel::readAttachment(std::shared_ptr<AppModel> self, SharedAttachment a
     if (failure)
         self->fail(failure);
     else if (self->currentMessageReady() && *self->selectionVersion == version)
-        self->addAttachedMessage(*attachment, place, std::move(content));
+        self->addAttachedMessage(attachment, place, std::move(content));
 }
 
 AppModel::AttachmentPlace AppModel::placeOf(const MailAttachment& attachment) const {
@@ -177,18 +177,18 @@ AppModel::AttachmentPlace AppModel::placeOf(const MailAttachment& attachment) co
     return {*displayedCollection_, *displayedEntry_, static_cast<std::size_t>(position)};
 }
 
-void AppModel::addAttachedMessage(const MailAttachment& attachment, AttachmentPlace place,
+void AppModel::addAttachedMessage(const SharedAttachment& attachment, AttachmentPlace place,
                                   ArchiveWork::ReadMessage content) {
     const MailCore::MailMessage& decoded = *content.message;
     const auto base = URL::parse("tessel-mail-message://" + MailCore::UUID::random().text() + "/");
     if (!base) return;
-    const URL url = base->appending(MailCore::safeFilename(attachment.name));
+    const URL url = base->appending(MailCore::safeFilename(attachment->name));
 
     MailCore::MessageEntry entry{.id = 0,
                                  .subject = decoded.subject,
                                  .from = decoded.from,
                                  .date = decoded.date,
-                                 .length = static_cast<std::int64_t>(attachment.bytes.size()),
+                                 .length = static_cast<std::int64_t>(attachment->bytes.size()),
                                  .file = url,
                                  .recipients = decoded.to + " " + decoded.cc,
                                  .timestamp = MailCore::MailDate::timestamp(decoded.date)};
@@ -198,8 +198,8 @@ void AppModel::addAttachedMessage(const MailAttachment& attachment, AttachmentPl
     collection.entries.push_back(std::make_shared<const MailCore::MessageEntry>(std::move(entry)));
 
     MemoryMessage memory{.content = std::move(content), .original = nullptr, .place = place};
-    if (attachment.embedded.empty())
-        memory.original = std::make_shared<const MailCore::Bytes>(attachment.bytes);
+    if (attachment->embedded.empty()) // up to 32 MiB: kept with its message rather than copied here
+        memory.original = std::shared_ptr<const MailCore::Bytes>(attachment, &attachment->bytes);
     const CollectionID id = collection.id;
     memoryMessages_.emplace(id, std::move(memory));
     collections.edit().push_back(std::move(collection));

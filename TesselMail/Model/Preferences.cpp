@@ -4,6 +4,7 @@
 
 #include <glib.h>
 
+#include <cmath>
 #include <memory>
 #include <utility>
 
@@ -32,9 +33,8 @@ std::string stringOf(GKeyFile* file, const char* key, std::string otherwise) {
 double numberOf(GKeyFile* file, const char* key, double otherwise) {
     GError* error = nullptr;
     const double value = g_key_file_get_double(file, group, key, &error);
-    if (!error) return value;
-    g_error_free(error);
-    return otherwise;
+    if (error) g_error_free(error);
+    return !error && std::isfinite(value) ? value : otherwise;
 }
 
 std::vector<std::string> systemLanguages() {
@@ -57,19 +57,22 @@ Preferences Preferences::ofUser() {
 }
 
 void Preferences::setLanguage(std::string language) {
-    if (std::exchange(language_, std::move(language)) == language_) return;
+    if (language == language_) return;
+    language_ = std::move(language);
     store();
     changed_.emit();
 }
 
 void Preferences::setAppearance(std::string appearance) {
-    if (std::exchange(appearance_, std::move(appearance)) == appearance_) return;
+    if (appearance == appearance_) return;
+    appearance_ = std::move(appearance);
     store();
     changed_.emit();
 }
 
 void Preferences::setTextSize(double points) {
-    if (std::exchange(textSize_, points) == textSize_) return;
+    if (points == textSize_ || !std::isfinite(points)) return;
+    textSize_ = points;
     store();
     changed_.emit();
 }
