@@ -52,7 +52,7 @@ TEST(PreferencesTests, ReadWhatIsStoredAndForgiveTheRest) {
         {"a language that is no text", "[Preferences]\nlanguage=\xFF\xFE\nappearance=light\n", "auto",
          "light", 16},
         {"another group", "[Other]\nlanguage=zh-CN\n", "auto", "auto", 16},
-        {"no key file", std::string("\0\x01\x02 not a key file", 20), "auto", "auto", 16},
+        {"no key file", std::string("\0\x01\x02 not a key file", 18), "auto", "auto", 16},
     };
     const TemporaryFolder folder;
     for (const Case& c : cases) {
