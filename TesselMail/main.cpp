@@ -67,9 +67,14 @@ private:
         window_->present();
     }
 
-    // The window is still in the middle of its signal.
+    // The window is still in the middle of its signal. Where mail links come here, the program stays for
+    // them.
     void closed() {
         model_->closeAll();
+        if (!staysForLinks_ && NativeDesktop::handlesMail()) {
+            hold();
+            staysForLinks_ = true;
+        }
         Glib::signal_idle().connect_once([this] {
             panels_.attach(nullptr);
             window_.reset();
@@ -93,6 +98,7 @@ private:
     NativeDesktop desktop_;
     std::shared_ptr<AppModel> model_;
     std::unique_ptr<MainWindow> window_;
+    bool staysForLinks_ = false;
 };
 
 } // namespace

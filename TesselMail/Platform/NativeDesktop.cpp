@@ -10,6 +10,21 @@
 #include <utility>
 
 namespace TesselMail {
+namespace {
+
+constexpr const char* mailLinks = "x-scheme-handler/mailto";
+
+std::string desktopEntry() {
+    return std::string(applicationID) + ".desktop";
+}
+
+} // namespace
+
+bool NativeDesktop::handlesMail() {
+    const auto handler = ObjectRef<GAppInfo>::adopt(g_app_info_get_default_for_type(mailLinks, FALSE));
+    const char* const id = handler ? g_app_info_get_id(handler.get()) : nullptr;
+    return id && desktopEntry() == id;
+}
 
 void NativeDesktop::present() {
     if (present_) present_();
@@ -18,10 +33,9 @@ void NativeDesktop::present() {
 // Fails where the desktop entry is not installed: nothing could start the program for a link then.
 Later<bool> NativeDesktop::becomeMailHandler() {
     return Later<bool>([](Later<bool>::Finish finish) {
-        const auto entry = ObjectRef<GDesktopAppInfo>::adopt(
-            g_desktop_app_info_new((std::string(applicationID) + ".desktop").c_str()));
-        const bool done = entry && g_app_info_set_as_default_for_type(
-                                       G_APP_INFO(entry.get()), "x-scheme-handler/mailto", nullptr) != FALSE;
+        const auto entry = ObjectRef<GDesktopAppInfo>::adopt(g_desktop_app_info_new(desktopEntry().c_str()));
+        const bool done =
+            entry && g_app_info_set_as_default_for_type(G_APP_INFO(entry.get()), mailLinks, nullptr) != FALSE;
         InterfaceThread::post([finish = std::move(finish), done] { finish(done); });
     });
 }

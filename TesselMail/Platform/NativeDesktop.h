@@ -14,6 +14,8 @@ public:
 
     void present() override;
     Later<bool> becomeMailHandler() override;
+    /// Whether this application is the one that opens mailto: links for the user.
+    static bool handlesMail();
 
 private:
     std::function<void()> present_;
