@@ -84,5 +84,12 @@ for file in "$mixed" "$small"; do
     row "search $kind" "$bytes" "$ours" "$(measure "$programs/gmime-run" search "$file" "$query")" "GMime"
 done
 
+if [[ -x $programs/tessel-model-run ]]; then # where the bench preset is configured with TESSEL_APPLICATION=ON
+    say "The application's model, without a window"
+    echo "| work | time | longest hold of the interface thread | held in all |"
+    echo "|---|---|---|---|"
+    for file in "$mixed" "$small"; do "$programs/tessel-model-run" "$file" "$query"; done
+fi
+
 say "Single operations"
 "$programs/tessel-benchmarks" --benchmark_filter=-^outlook --benchmark_min_time=0.3 2>/dev/null
