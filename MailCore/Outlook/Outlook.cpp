@@ -12,13 +12,14 @@
 #include <array>
 #include <chrono>
 #include <functional>
+#include <span>
 #include <vector>
 
 namespace MailCore::Outlook {
 
 namespace {
 
-constexpr std::int64_t largestSum = 3 * Limits::message; // bytes of all streams read
+constexpr std::int64_t largestSum = 3 * Limits::message; // bytes of all texts and contents read
 constexpr int deepestMessage = 8;
 constexpr std::uint64_t year10000 = 2'650'467'744'000'000'000; // FILETIME
 
@@ -264,8 +265,7 @@ Properties properties(const Compound& compound, const std::string& prefix, std::
     std::optional<Bytes> stream = compound.stream(prefix + std::string(propertyStream));
     if (!stream || stream->size() < header) return {};
     if (stream->size() > largestPropertyStream) throw MailError(MailError::tooMany);
-    stream->erase(stream->begin(), stream->begin() + static_cast<std::ptrdiff_t>(header));
-    return Properties(std::move(*stream));
+    return Properties(std::move(*stream), header);
 }
 
 } // namespace MailCore::Outlook

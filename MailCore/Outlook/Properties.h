@@ -4,6 +4,7 @@
 
 #include <cstdint>
 #include <optional>
+#include <utility>
 
 namespace MailCore::Outlook {
 
@@ -13,14 +14,16 @@ namespace MailCore::Outlook {
 class Properties {
 public:
     Properties() = default;
-    /// `records` is the stream without its header; half a record at its end does not count.
-    explicit Properties(Bytes records) : records_(std::move(records)) {}
+    /// The records begin `header` bytes into `stream`, which has as many; half a record at its end does not
+    /// count.
+    Properties(Bytes stream, std::size_t header) : stream_(std::move(stream)), header_(header) {}
 
     /// The value with the tag `tag`; of several the last. Linear in the number of records.
     std::optional<std::uint64_t> operator[](std::uint32_t tag) const noexcept;
 
 private:
-    Bytes records_;
+    Bytes stream_;
+    std::size_t header_ = 0;
 };
 
 } // namespace MailCore::Outlook

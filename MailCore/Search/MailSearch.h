@@ -21,9 +21,9 @@ struct Results {
 
 /// The messages whose entry (subject, sender, recipients) or text (To, Cc, plain text, the text of the HTML)
 /// contains `query`; all of them, unread, when it holds only white space. A message is read only when its
-/// entry does not match, one at a time, and its attachments are not decoded. Throws MailError::sourceChanged
-/// when a file is no longer the one that was indexed, and cancelled; any other failure of a message is
-/// counted.
+/// entry does not match, one at a time, and attachments of MIME messages are not decoded. Throws
+/// MailError::sourceChanged when a file is no longer the one that was indexed, and cancelled; any other
+/// failure of a message is counted.
 Results scan(std::span<const SharedEntry> entries, std::string_view query, const Cancelled& cancelled,
              CaseFolding::Rules rules = CaseFolding::userRules());
 

@@ -13,8 +13,8 @@ namespace MailCore {
 ///
 /// It is found in a text where both fold to the same: case does not matter, by the rules of the locale, nor
 /// whether accents are part of their letter or marks after it; accents themselves, width and the order of
-/// words do. What is found ends where a character ends: "e" is not found in "é", however that is written. It
-/// begins where a character or a mark begins: neither a piece of an expansion ("s" of "ß") nor of a Hangul
+/// words do. What is found ends where a letter with its marks ends: "e" is not found in "é", however written.
+/// It begins where a character or a mark begins: neither a piece of an expansion ("s" of "ß") nor of a Hangul
 /// syllable is found.
 class TextQuery {
 public:

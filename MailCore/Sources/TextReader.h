@@ -11,7 +11,7 @@ namespace MailCore::MailReader {
 
 /// Reads the texts of one message after the other, for searching. Each message is as safe as with `message`,
 /// and fails as it does; what differs is that a file stays open while its messages come one after the other,
-/// that memory is used again, and that attachments are not decoded. Serves one thread.
+/// that memory is used again, and that attachments of MIME messages are not decoded. Serves one thread.
 class TextReader {
 public:
     /// Borrows `cancelled`, which outlives it.
