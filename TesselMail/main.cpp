@@ -75,10 +75,8 @@ private:
             hold();
             staysForLinks_ = true;
         }
-        Glib::signal_idle().connect_once([this] {
-            panels_.attach(nullptr);
-            window_.reset();
-        });
+        panels_.attach(nullptr);
+        Glib::signal_idle().connect_once([closing = std::shared_ptr<MainWindow>(std::move(window_))] {});
     }
 
     void showAbout() {

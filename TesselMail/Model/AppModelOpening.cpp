@@ -109,7 +109,7 @@ Task AppModel::openAll(std::shared_ptr<AppModel> self, Run run) {
             if (run.token->isStopped()) break;
             if (current) {
                 const Changing changing(self->changes_);
-                if (first) self->selectCollection(snapshot->id);
+                if (first && self->find(snapshot->id)) self->selectCollection(snapshot->id);
                 continue;
             }
         }

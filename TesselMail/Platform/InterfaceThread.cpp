@@ -21,7 +21,7 @@ Posted& posted() {
     return *instance;
 }
 
-// One piece of work per turn of the loop, so that input and drawing get their turns in between.
+// One piece of work per source of the loop, which orders it among everything else that waits.
 gboolean runNext(gpointer) noexcept {
     std::function<void()> work;
     {

@@ -29,11 +29,16 @@ CaptureView::CaptureView(AppModel& model) : model_(model) {
     set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
 
     model_.capture.signalChanged().connect(sigc::mem_fun(*this, &CaptureView::showCapture));
-    model_.preferences().signalChanged().connect(sigc::mem_fun(*this, &CaptureView::showCapture));
+    model_.preferences().signalChanged().connect(sigc::mem_fun(*this, &CaptureView::showTexts));
     showCapture();
 }
 
 void CaptureView::showCapture() {
+    copied_ = false;
+    showTexts();
+}
+
+void CaptureView::showTexts() {
     fields_.clear();
     const auto& capture = *model_.capture;
     if (!capture) return;
@@ -46,7 +51,7 @@ void CaptureView::showCapture() {
                                        {Texts::subject, capture->subject}})
         if (!value.empty()) fields_.add(preferences.text(label), value, copy);
     if (!capture->body.empty()) fields_.add(preferences.text(Texts::messageBody), capture->body);
-    details_.set_label(preferences.text(Texts::copyDetails));
+    details_.set_label(preferences.text(copied_ ? Texts::copied : Texts::copyDetails));
     original_.set_label(preferences.text(Texts::copyOriginalLink));
     nothingSent_.set_text(preferences.text(Texts::nothingSent));
     footer_.set_text(preferences.text(Texts::onlyHeld));
@@ -55,6 +60,7 @@ void CaptureView::showCapture() {
 void CaptureView::copyDetails() {
     if (!*model_.capture) return;
     get_clipboard()->set_text((*model_.capture)->text());
+    copied_ = true;
     details_.set_label(model_.preferences().text(Texts::copied));
 }
 

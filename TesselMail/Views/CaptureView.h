@@ -14,6 +14,7 @@ public:
 
 private:
     void showCapture();
+    void showTexts();
     void copyDetails();
     void copyOriginal();
 
@@ -28,6 +29,7 @@ private:
     Gtk::Button original_;
     Gtk::Label nothingSent_;
     Gtk::Label footer_;
+    bool copied_ = false; // this link, by its main button
 };
 
 } // namespace TesselMail

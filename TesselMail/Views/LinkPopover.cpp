@@ -35,29 +35,35 @@ LinkPopover::~LinkPopover() {
 void LinkPopover::show(const std::string& address, const Gdk::Rectangle& place) {
     if (!get_parent() || !get_parent()->get_mapped()) return;
     address_ = address;
-    showTexts();
-    if (copyValue_.empty() && !fields_.get_first_child()) return;
+    copied_ = false;
+    if (!showLink()) return popdown();
     set_pointing_to(place);
     popup();
     copy_.grab_focus();
 }
 
 void LinkPopover::showTexts() {
+    showLink();
+}
+
+bool LinkPopover::showLink() {
     close_.set_tooltip_text(preferences_.text(Texts::close));
     fields_.clear();
-    copyValue_.clear();
     const std::optional<CapturedMailLink> link = CapturedMailLink::of(address_, preferences_.chinese());
-    if (!link) return;
+    if (!link) return false;
     icon_.set_from_icon_name(iconOfSymbol(link->symbol));
     title_.set_text(link->title);
     for (const CapturedMailLink::Field& field : link->fields) fields_.add(field.label, field.value);
     scroller_.set_max_content_height(link->height());
-    copy_.set_label(link->copyLabel);
+    copy_.set_label(copied_ ? preferences_.text(Texts::copied) : link->copyLabel);
     copyValue_ = link->copyValue;
+    std::erase(copyValue_, '\0'); // ends what the clipboard takes
+    return true;
 }
 
 void LinkPopover::copy() {
     get_clipboard()->set_text(copyValue_);
+    copied_ = true;
     copy_.set_label(preferences_.text(Texts::copied));
 }
 

@@ -22,11 +22,13 @@ public:
 
 private:
     void copy();
+    bool showLink();
     void showTexts();
 
     Preferences& preferences_;
     std::string address_;
     std::string copyValue_;
+    bool copied_ = false;
     Gtk::Box content_{Gtk::Orientation::VERTICAL, 10};
     Gtk::Box head_{Gtk::Orientation::HORIZONTAL, 8};
     Gtk::Image icon_;

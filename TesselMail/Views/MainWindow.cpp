@@ -58,7 +58,7 @@ MainWindow::MainWindow(AppModel& model)
     addActions();
     addDropTarget();
     model_.collections.signalChanged().connect(sigc::mem_fun(*this, &MainWindow::showWelcome));
-    model_.selectedCollection.signalChanged().connect(sigc::mem_fun(*this, &MainWindow::showList));
+    model_.selectedCollection.signalChanged().connect(sigc::mem_fun(*this, &MainWindow::showSelectedList));
     model_.capture.signalChanged().connect(sigc::mem_fun(*this, &MainWindow::showCapture));
     for (auto* const signal : {&model_.collections.signalChanged(), &model_.readRequest.signalChanged(),
                                &model_.reading.signalChanged(), &model_.showDetails.signalChanged(),
@@ -74,6 +74,7 @@ MainWindow::MainWindow(AppModel& model)
     showWelcome();
     showFolded();
     showCommands();
+    showError();
 }
 
 MainWindow::~MainWindow() {
@@ -195,6 +196,11 @@ void MainWindow::showReader() {
 void MainWindow::showCapture() {
     showWelcome();
     if (*model_.capture) showReader();
+}
+
+// A captured link takes the selection away and stands where the message stood.
+void MainWindow::showSelectedList() {
+    if (!*model_.capture) showList();
 }
 
 void MainWindow::showSettings() {

@@ -35,6 +35,7 @@ private:
     void showList();
     void showReader();
     void showCapture();
+    void showSelectedList();
     void showSettings();
     bool drop(const Glib::ValueBase& value, double x, double y);
     void errorDismissed();
