@@ -35,6 +35,7 @@ void NativeFilePanels::run(Glib::RefPtr<Gtk::FileChooserNative> chooser,
                            std::function<void(std::vector<URL>)> finish) {
     if (shown_) return InterfaceThread::post([finish] { finish({}); });
     shown_ = std::move(chooser);
+    if (window_) shown_->set_transient_for(*window_);
     shown_->set_modal(true);
     shown_->signal_response().connect([this, finish](int response) {
         auto chosen = response == Gtk::ResponseType::ACCEPT ? chosenFiles(*shown_) : std::vector<URL>();
@@ -49,10 +50,9 @@ void NativeFilePanels::run(Glib::RefPtr<Gtk::FileChooserNative> chooser,
 Later<std::vector<URL>> NativeFilePanels::open(OpenPanel panel) {
     return Later<std::vector<URL>>([this, panel = std::move(panel)](auto finish) {
         const bool folder = panel.kind == OpenPanel::Kind::folder;
-        const auto chooser = Gtk::FileChooserNative::create(panel.title, *window_,
-                                                            folder ? Gtk::FileChooser::Action::SELECT_FOLDER
-                                                                   : Gtk::FileChooser::Action::OPEN,
-                                                            panel.accept, panel.cancel);
+        const auto chooser = Gtk::FileChooserNative::create(
+            panel.title, folder ? Gtk::FileChooser::Action::SELECT_FOLDER : Gtk::FileChooser::Action::OPEN,
+            panel.accept, panel.cancel);
         chooser->set_select_multiple(true);
         if (!folder) {
             chooser->add_filter(filterOf(panel));
@@ -67,8 +67,8 @@ Later<std::vector<URL>> NativeFilePanels::open(OpenPanel panel) {
 
 Later<std::optional<URL>> NativeFilePanels::save(SavePanel panel) {
     return Later<std::optional<URL>>([this, panel = std::move(panel)](auto finish) {
-        const auto chooser = Gtk::FileChooserNative::create(
-            panel.title, *window_, Gtk::FileChooser::Action::SAVE, panel.accept, panel.cancel);
+        const auto chooser = Gtk::FileChooserNative::create(panel.title, Gtk::FileChooser::Action::SAVE,
+                                                            panel.accept, panel.cancel);
         chooser->set_current_name(panel.name);
         run(chooser, [finish](std::vector<URL> chosen) {
             finish(chosen.empty() ? std::optional<URL>() : std::optional(chosen.front()));

@@ -33,6 +33,7 @@ AttachmentBar::AttachmentBar(AppModel& model) : model_(model) {
     buttons_.set_max_children_per_line(12);
     buttons_.set_column_spacing(8);
     buttons_.set_row_spacing(8);
+    buttons_.set_valign(Gtk::Align::START);
     set_child(buttons_);
     set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
     set_propagate_natural_height(true);

@@ -3,14 +3,13 @@
 namespace TesselMail {
 
 CaptureView::CaptureView(AppModel& model) : model_(model) {
-    icon_.set_from_icon_name("mail-unread-symbolic");
+    icon_.set_from_icon_name("insert-link-symbolic");
     icon_.set_icon_size(Gtk::IconSize::LARGE);
     title_.set_xalign(0);
     title_.add_css_class("title-2");
     head_.append(icon_);
     head_.append(title_);
     details_.add_css_class("suggested-action");
-    details_.signal_clicked().connect(sigc::mem_fun(*this, &CaptureView::copyDetails));
     original_.signal_clicked().connect(sigc::mem_fun(*this, &CaptureView::copyOriginal));
     actions_.append(details_);
     actions_.append(original_);
@@ -34,7 +33,7 @@ CaptureView::CaptureView(AppModel& model) : model_(model) {
 }
 
 void CaptureView::showCapture() {
-    copied_ = false;
+    if (*model_.capture) details_.offer((*model_.capture)->text());
     showTexts();
 }
 
@@ -51,17 +50,10 @@ void CaptureView::showTexts() {
                                        {Texts::subject, capture->subject}})
         if (!value.empty()) fields_.add(preferences.text(label), value, copy);
     if (!capture->body.empty()) fields_.add(preferences.text(Texts::messageBody), capture->body);
-    details_.set_label(preferences.text(copied_ ? Texts::copied : Texts::copyDetails));
+    details_.setTexts(preferences.text(Texts::copyDetails), preferences.text(Texts::copied));
     original_.set_label(preferences.text(Texts::copyOriginalLink));
     nothingSent_.set_text(preferences.text(Texts::nothingSent));
     footer_.set_text(preferences.text(Texts::onlyHeld));
-}
-
-void CaptureView::copyDetails() {
-    if (!*model_.capture) return;
-    get_clipboard()->set_text((*model_.capture)->text());
-    copied_ = true;
-    details_.set_label(model_.preferences().text(Texts::copied));
 }
 
 void CaptureView::copyOriginal() {

@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TesselMail/Model/AppModel.h"
+#include "TesselMail/Views/CopyButton.h"
 #include "TesselMail/Views/LinkFields.h"
 
 #include <gtkmm.h>
@@ -15,7 +16,6 @@ public:
 private:
     void showCapture();
     void showTexts();
-    void copyDetails();
     void copyOriginal();
 
     AppModel& model_;
@@ -25,11 +25,10 @@ private:
     Gtk::Label title_;
     LinkFields fields_;
     Gtk::Box actions_{Gtk::Orientation::HORIZONTAL, 10};
-    Gtk::Button details_;
+    CopyButton details_;
     Gtk::Button original_;
     Gtk::Label nothingSent_;
     Gtk::Label footer_;
-    bool copied_ = false; // this link, by its main button
 };
 
 } // namespace TesselMail

@@ -16,7 +16,6 @@ LinkPopover::LinkPopover(Gtk::Widget& parent, Preferences& preferences) : prefer
     scroller_.set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
     scroller_.set_propagate_natural_height(true);
     copy_.set_halign(Gtk::Align::END);
-    copy_.signal_clicked().connect(sigc::mem_fun(*this, &LinkPopover::copy));
 
     content_.set_margin(6);
     content_.append(head_);
@@ -34,37 +33,31 @@ LinkPopover::~LinkPopover() {
 
 void LinkPopover::show(const std::string& address, const Gdk::Rectangle& place) {
     if (!get_parent() || !get_parent()->get_mapped()) return;
+    const std::optional<CapturedMailLink> link = CapturedMailLink::of(address, preferences_.chinese());
+    if (!link) return popdown();
     address_ = address;
-    copied_ = false;
-    if (!showLink()) return popdown();
+    copy_.offer(link->copyValue);
+    showLink(*link);
     set_pointing_to(place);
     popup();
     copy_.grab_focus();
 }
 
 void LinkPopover::showTexts() {
-    showLink();
+    if (const auto link = CapturedMailLink::of(address_, preferences_.chinese())) showLink(*link);
 }
 
-bool LinkPopover::showLink() {
+void LinkPopover::showLink(const CapturedMailLink& link) {
     close_.set_tooltip_text(preferences_.text(Texts::close));
+    icon_.set_from_icon_name(iconOfSymbol(link.symbol));
+    title_.set_text(link.title);
     fields_.clear();
-    const std::optional<CapturedMailLink> link = CapturedMailLink::of(address_, preferences_.chinese());
-    if (!link) return false;
-    icon_.set_from_icon_name(iconOfSymbol(link->symbol));
-    title_.set_text(link->title);
-    for (const CapturedMailLink::Field& field : link->fields) fields_.add(field.label, field.value);
-    scroller_.set_max_content_height(link->height());
-    copy_.set_label(copied_ ? preferences_.text(Texts::copied) : link->copyLabel);
-    copyValue_ = link->copyValue;
-    std::erase(copyValue_, '\0'); // ends what the clipboard takes
-    return true;
-}
-
-void LinkPopover::copy() {
-    get_clipboard()->set_text(copyValue_);
-    copied_ = true;
-    copy_.set_label(preferences_.text(Texts::copied));
+    for (const CapturedMailLink::Field& field : link.fields) fields_.add(field.label, field.value);
+    // Never a least height above the greatest.
+    scroller_.set_min_content_height(-1);
+    scroller_.set_max_content_height(link.height());
+    scroller_.set_min_content_height(link.height());
+    copy_.setTexts(link.copyLabel, preferences_.text(Texts::copied));
 }
 
 } // namespace TesselMail

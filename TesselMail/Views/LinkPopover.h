@@ -2,6 +2,7 @@
 
 #include "TesselMail/Model/CapturedMailLink.h"
 #include "TesselMail/Model/Preferences.h"
+#include "TesselMail/Views/CopyButton.h"
 #include "TesselMail/Views/LinkFields.h"
 
 #include <gtkmm.h>
@@ -21,14 +22,11 @@ public:
     void show(const std::string& address, const Gdk::Rectangle& place);
 
 private:
-    void copy();
-    bool showLink();
+    void showLink(const CapturedMailLink& link);
     void showTexts();
 
     Preferences& preferences_;
     std::string address_;
-    std::string copyValue_;
-    bool copied_ = false;
     Gtk::Box content_{Gtk::Orientation::VERTICAL, 10};
     Gtk::Box head_{Gtk::Orientation::HORIZONTAL, 8};
     Gtk::Image icon_;
@@ -36,7 +34,7 @@ private:
     Gtk::Button close_;
     LinkFields fields_;
     Gtk::ScrolledWindow scroller_;
-    Gtk::Button copy_;
+    CopyButton copy_;
 };
 
 } // namespace TesselMail

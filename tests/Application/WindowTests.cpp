@@ -33,6 +33,27 @@ std::string popoverText(GtkWidget* widget, bool inside = false) {
     return text;
 }
 
+/// The visible button in `widget` that reads `text`.
+GtkButton* buttonIn(GtkWidget* widget, const std::string& text, GtkButton* around = nullptr) {
+    if (!gtk_widget_get_child_visible(widget)) return nullptr;
+    if (GTK_IS_BUTTON(widget)) around = GTK_BUTTON(widget);
+    if (GTK_IS_LABEL(widget) && gtk_label_get_text(GTK_LABEL(widget)) == text) return around;
+    for (GtkWidget* child = gtk_widget_get_first_child(widget); child;
+         child = gtk_widget_get_next_sibling(child))
+        if (GtkButton* const found = buttonIn(child, text, around)) return found;
+    return nullptr;
+}
+
+std::string clipboardText(GtkWidget* widget) {
+    GdkContentProvider* const content = gdk_clipboard_get_content(gtk_widget_get_clipboard(widget));
+    if (!content) return {};
+    Glib::ValueBase value;
+    value.init(G_TYPE_STRING);
+    gdk_content_provider_get_value(content, value.gobj(), nullptr);
+    const char* const text = g_value_get_string(value.gobj());
+    return text ? text : "";
+}
+
 class Window : public ModelTest {
 protected:
     Window() { window_->present(); }
@@ -125,6 +146,23 @@ TEST_F(Window, ShowsTheNextMessageAfterTheWebProcessEnded) {
     model_->selectCollection(idOf(1));
     waitForPage("Second text");
     EXPECT_TRUE(model_->currentMessageReady());
+}
+
+TEST_F(Window, CopiesWhatAMailLinkCarriesAndForgetsItForTheNext) {
+    const auto window = GTK_WIDGET(window_->gobj());
+    const auto receive = [this](const char* link) { model_->open({*MailCore::URL::parse(link)}); };
+    receive("mailto:ann@tessel.example?subject=Hi");
+    GtkButton* const copy = buttonIn(window, "Copy details");
+    ASSERT_TRUE(copy);
+    g_signal_emit_by_name(copy, "clicked");
+    EXPECT_EQ(clipboardText(window), "To: ann@tessel.example\nSubject: Hi");
+    EXPECT_EQ(buttonIn(window, "Copied"), copy);
+    preferences_.setLanguage("zh-CN");
+    EXPECT_EQ(buttonIn(window, "已复制"), copy);
+    receive("mailto:ben@tessel.example");
+    EXPECT_EQ(buttonIn(window, "复制内容"), copy);
+    g_signal_emit_by_name(copy, "clicked");
+    EXPECT_EQ(clipboardText(window), "To: ben@tessel.example");
 }
 
 TEST_F(Window, LetsGoOfEverythingWhenItCloses) {
