@@ -2,10 +2,13 @@
 
 #include "TesselMail/Views/DisplayText.h"
 
+#include <algorithm>
 #include <memory>
 
 namespace TesselMail {
 namespace {
+
+constexpr int tallest = 132; // about two and a half rows: that there is more can be seen
 
 std::string sizeText(std::size_t bytes) {
     const std::unique_ptr<char, decltype(&g_free)> text(g_format_size(bytes), g_free);
@@ -26,8 +29,7 @@ const char* iconOf(const MailCore::MailAttachment& attachment) {
 
 } // namespace
 
-AttachmentBar::AttachmentBar(AppModel& model) : model_(model) {
-    constexpr int tallest = 132; // about two and a half rows: that there is more can be seen
+AttachmentBar::AttachmentBar(AppModel& model) : Glib::ObjectBase("TesselAttachmentBar"), model_(model) {
     buttons_.set_selection_mode(Gtk::SelectionMode::NONE);
     buttons_.set_homogeneous(false);
     buttons_.set_max_children_per_line(12);
@@ -36,9 +38,18 @@ AttachmentBar::AttachmentBar(AppModel& model) : model_(model) {
     buttons_.set_valign(Gtk::Align::START);
     set_child(buttons_);
     set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
-    set_propagate_natural_height(true);
-    set_max_content_height(tallest);
     add_css_class("attachments");
+}
+
+Gtk::SizeRequestMode AttachmentBar::get_request_mode_vfunc() const {
+    return Gtk::SizeRequestMode::HEIGHT_FOR_WIDTH;
+}
+
+void AttachmentBar::measure_vfunc(Gtk::Orientation orientation, int forSize, int& minimum, int& natural,
+                                  int& minimumBaseline, int& naturalBaseline) const {
+    buttons_.measure(orientation, forSize, minimum, natural, minimumBaseline, naturalBaseline);
+    minimumBaseline = naturalBaseline = -1;
+    if (orientation == Gtk::Orientation::VERTICAL) minimum = natural = std::min(natural, tallest);
 }
 
 void AttachmentBar::update() {

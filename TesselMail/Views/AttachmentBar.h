@@ -14,6 +14,12 @@ public:
     /// Shows what belongs to the model's message; hides itself when there is nothing.
     void update();
 
+protected:
+    // As tall as its rows at the width it has; a scrolled window asks for those at the least width.
+    Gtk::SizeRequestMode get_request_mode_vfunc() const override;
+    void measure_vfunc(Gtk::Orientation orientation, int forSize, int& minimum, int& natural,
+                       int& minimumBaseline, int& naturalBaseline) const override;
+
 private:
     void add(const MailCore::MailAttachment& attachment);
 
