@@ -101,6 +101,12 @@ std::string Writer::smallMessage() {
            prose(1'700 + below(1'200));
 }
 
+std::string Writer::tinyMessage() {
+    ++number_;
+    return fmt::format("From: {}@example.org\nSubject: {} {}\nDate: {} Jan 2024 {:02}:{:02}:00 +0000\n\n{}\n",
+                       word(), word(), number_, 1 + below(28), below(24), below(60), word());
+}
+
 std::string Writer::mixedMessage() {
     const std::uint32_t kind = below(100);
     if (kind < 60) {

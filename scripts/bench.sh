@@ -12,8 +12,10 @@ mkdir -p "$folder"
 mixedBytes=${BENCH_BYTES:-1073741824}
 mixed=$folder/mixed-$mixedBytes.mbox
 small=$folder/small.mbox
+tiny=$folder/tiny.mbox
 programs=build/bench/benchmarks
 [[ -f $mixed ]] || { say "Writing $mixed"; "$programs/tessel-archive" mixed "$mixedBytes" "$mixed"; }
+[[ -f $tiny ]] || "$programs/tessel-archive" tiny 40000000 "$tiny"
 [[ -f $small ]] || { say "Writing $small"; "$programs/tessel-archive" small 500000000 "$small"; }
 
 # The median of five runs, as seconds, messages and peak KB. A run before them warms the file.
@@ -88,7 +90,7 @@ if [[ -x $programs/tessel-model-run ]]; then # where the bench preset is configu
     say "The application's model, without a window"
     echo "| work | time | longest hold of the interface thread | held in all |"
     echo "|---|---|---|---|"
-    for file in "$mixed" "$small"; do "$programs/tessel-model-run" "$file" "$query"; done
+    for file in "$mixed" "$small" "$tiny"; do "$programs/tessel-model-run" "$file" "$query"; done
 fi
 
 say "Single operations"
