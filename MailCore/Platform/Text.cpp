@@ -343,6 +343,10 @@ bool isControl(char32_t codePoint) noexcept {
     return category == U_CONTROL_CHAR || category == U_FORMAT_CHAR;
 }
 
+bool setsDirection(char32_t codePoint) noexcept {
+    return (codePoint >= 0x202A && codePoint <= 0x202E) || (codePoint >= 0x2066 && codePoint <= 0x2069);
+}
+
 std::string_view trimmed(std::string_view text) noexcept {
     return trimmedOf(text, isWhitespace);
 }

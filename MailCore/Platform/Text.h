@@ -36,6 +36,10 @@ bool isWhitespace(char32_t codePoint) noexcept;
 bool isControl(char32_t codePoint) noexcept;
 /// `text` without white space and line breaks at both ends; points into it.
 std::string_view trimmed(std::string_view text) noexcept;
+/// Embeddings, overrides and isolates (U+202A to U+202E, U+2066 to U+2069), with which a text turns around
+/// what follows it.
+bool setsDirection(char32_t codePoint) noexcept;
+
 /// `text` without the characters of `set` (ASCII) at both ends; points into it.
 std::string_view trimmed(std::string_view text, std::string_view set) noexcept;
 

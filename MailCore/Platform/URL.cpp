@@ -158,7 +158,7 @@ const std::optional<std::string>& URL::query() const noexcept {
 }
 
 std::string URL::lastPathComponent() const {
-    return std::string(lastComponent(parts().path));
+    return Text::repaired(bytesOf(lastComponent(parts().path)));
 }
 
 std::string URL::pathExtension() const {

@@ -35,7 +35,8 @@ public:
     /// The query as it stands, absent when there is none.
     const std::optional<std::string>& query() const noexcept;
 
-    /// The last component of the decoded path, without a trailing slash.
+    /// The last component of the decoded path, without a trailing slash, as text: file names are bytes, and
+    /// what is no UTF-8 in them becomes U+FFFD.
     std::string lastPathComponent() const;
     /// What follows the last dot of the last component; empty when there is none or the name's only dot is
     /// its first character.

@@ -25,8 +25,7 @@ constexpr std::size_t memoryCollections = 20;
 
 std::string proposedName(const MailCore::MessageEntry& entry) {
     const std::string extension = MailCore::Text::lowered(entry.file.pathExtension());
-    if (extension == "msg" || extension == "oft")
-        return MailCore::Text::repaired(MailCore::bytesOf(entry.file.lastPathComponent()));
+    if (extension == "msg" || extension == "oft") return entry.file.lastPathComponent();
     return MailCore::safeFilename(entry.subject.empty() ? "Message" : entry.subject.view()) + ".eml";
 }
 

@@ -8,16 +8,13 @@ namespace TesselMail {
 
 namespace {
 
-// Embeddings, overrides and isolates of the text's own could end ours and turn what follows around.
-bool setsDirection(char32_t codePoint) {
-    return (codePoint >= 0x202A && codePoint <= 0x202E) || (codePoint >= 0x2066 && codePoint <= 0x2069);
-}
-
+// Directions of the text's own could end ours.
 std::string isolated(std::string_view text, std::string_view end) {
     std::string result = "\u2068";
     for (std::size_t at = 0; at < text.size();) {
         const std::size_t start = at;
-        if (!setsDirection(MailCore::Text::next(text, at))) result += text.substr(start, at - start);
+        if (!MailCore::Text::setsDirection(MailCore::Text::next(text, at)))
+            result += text.substr(start, at - start);
     }
     return result.append(end).append("\u2069");
 }
@@ -39,7 +36,7 @@ std::string displayedLines(std::string_view text) {
 }
 
 std::string displayedName(const MailCore::URL& url) {
-    return displayed(MailCore::Text::repaired(MailCore::bytesOf(url.lastPathComponent())));
+    return displayed(url.lastPathComponent());
 }
 
 std::string displayedPath(const MailCore::URL& url) {

@@ -44,6 +44,7 @@ TEST(URLs, TellNamesAndExtensions) {
         {"/a/name.", "name.", ""},
         {"/a.b/name", "name", ""},
         {"/a/x.tar.gz", "x.tar.gz", "gz"},
+        {"/a/caf\xE9.eml", "caf\uFFFD.eml", "eml"},
         {"/", "/", ""},
     };
     for (const Case& c : cases) {
