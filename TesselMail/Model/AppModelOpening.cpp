@@ -51,9 +51,19 @@ MailCollection withFirstEntry(const MailCollection& collection) {
     return result;
 }
 
-// File names are bytes; people read text.
+// What a file is called in a notice: a name cannot begin another one, nor turn its sentence around.
 std::string nameOf(const URL& url) {
-    return MailCore::Text::repaired(MailCore::bytesOf(url.lastPathComponent()));
+    const std::string name = url.lastPathComponent();
+    std::string result;
+    for (std::size_t at = 0; at < name.size();) {
+        const std::size_t start = at;
+        const char32_t codePoint = MailCore::Text::next(name, at);
+        if (codePoint < 0x20 || MailCore::Text::isWhitespace(codePoint))
+            result += ' ';
+        else if (!MailCore::Text::setsDirection(codePoint))
+            result.append(name, start, at - start);
+    }
+    return result;
 }
 
 std::string joined(const std::vector<std::string>& notices) {
@@ -105,7 +115,12 @@ Task AppModel::openAll(std::shared_ptr<AppModel> self, Run run) {
         const auto opened = std::ranges::find(*self->collections, scope->url, &MailCollection::url);
         if (opened != self->collections->end()) {
             const auto snapshot = std::make_shared<const MailCollection>(withFirstEntry(*opened));
-            const bool current = co_await ArchiveWork::isCurrent(snapshot, scope, run.token);
+            bool current = false;
+            try {
+                current = co_await ArchiveWork::isCurrent(snapshot, scope, run.token);
+            } catch (const std::exception&) {
+                // No thread for it: nor for indexing, which says so.
+            }
             if (run.token->isStopped()) break;
             if (current) {
                 const Changing changing(self->changes_);
@@ -209,6 +224,7 @@ void AppModel::finishIndexing(MailCollection result, const MailFileScope& scope)
         listed->isIndexing = false;
         listed->kind = std::move(result.kind);
         listed->indexLimitReached = result.indexLimitReached;
+        ArchiveWork::release(std::make_shared<const MailCore::EntryList>(std::move(result.entries)));
     } else {
         removeCollections(result.url);
         result.isIndexing = false;

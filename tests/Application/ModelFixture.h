@@ -61,7 +61,11 @@ protected:
     ~ModelTest() override {
         model_->closeAll();
         model_.reset();
+        drain(); // what is posted may still give work to the queues
         ArchiveWork::finish();
+        drain();
+    }
+    static void drain() {
         while (g_main_context_iteration(nullptr, FALSE)) {
         }
     }

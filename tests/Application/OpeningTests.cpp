@@ -147,6 +147,9 @@ TEST_F(Opening, NamesEveryFileThatFailedAndOpensTheOthers) {
     EXPECT_NE(error.find("\n\nmissing.mbox: "), error.npos) << error;
     EXPECT_EQ(shownSubject(), "a letter");
     EXPECT_EQ(folder_.count(), 4U); // nothing was written
+    // A name cannot pass for a notice of its own.
+    open({folder_.write("a\n\nb.eml: fine \u202Etxt.c", "no mail")});
+    EXPECT_EQ(model_->error->value().find("a  b.eml: fine txt.c: Choose an EML"), 0U) << **model_->error;
 }
 
 TEST_F(Opening, SelectsANeighbourWhenTheSelectedSourceIsClosed) {
