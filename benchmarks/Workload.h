@@ -13,7 +13,7 @@ public:
 
     /// About 3.8 KB: headers as servers leave them, and a short text.
     std::string smallMessage();
-    /// About 120 bytes: sender, subject, date and a word, so that an index is nearly all there is.
+    /// About 80 bytes: sender, subject, date and a word, so that an index is nearly all there is.
     std::string tinyMessage();
     /// About 60 KB on average: short texts, newsletters of 20 to 80 KB, Base64 attachments to 2 MB.
     std::string mixedMessage();

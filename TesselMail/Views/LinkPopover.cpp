@@ -15,6 +15,7 @@ LinkPopover::LinkPopover(Gtk::Widget& parent, Preferences& preferences) : prefer
     scroller_.set_child(fields_);
     scroller_.set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
     scroller_.set_propagate_natural_height(true);
+    scroller_.set_min_content_height(48); // any more could not shrink in a low window
     copy_.set_halign(Gtk::Align::END);
 
     content_.set_margin(6);
@@ -53,10 +54,7 @@ void LinkPopover::showLink(const CapturedMailLink& link) {
     title_.set_text(link.title);
     fields_.clear();
     for (const CapturedMailLink::Field& field : link.fields) fields_.add(field.label, field.value);
-    // Never a least height above the greatest.
-    scroller_.set_min_content_height(-1);
     scroller_.set_max_content_height(link.height());
-    scroller_.set_min_content_height(link.height());
     copy_.setTexts(link.copyLabel, preferences_.text(Texts::copied));
 }
 
