@@ -74,6 +74,8 @@ public:
     /// Shows what the mailto: link `url` carries instead of a message, and brings the window to the front.
     /// The collections stay open. A link that cannot be read changes nothing but `error`.
     void receive(const MailCore::URL& url);
+    /// Puts the captured link away and goes back to the collection it took the place of.
+    void closeCapture();
     /// Lets people choose what to open.
     void chooseFiles();
     void chooseFolder();
@@ -187,6 +189,7 @@ private:
 
     std::map<CollectionID, MemoryMessage> memoryMessages_;
     std::map<CollectionID, EntryID> rememberedSelections_;
+    std::optional<CollectionID> beforeCapture_;     // selected when the captured link arrived
     std::optional<CollectionID> orderedCollection_; // whose entries filteredEntries holds
     std::optional<CollectionID> displayedCollection_;
     std::optional<EntryID> displayedEntry_;

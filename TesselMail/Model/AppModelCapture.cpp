@@ -1,6 +1,8 @@
 // Mail links that the system hands over.
 #include "TesselMail/Model/AppModel.h"
 
+#include <utility>
+
 namespace TesselMail {
 
 void AppModel::receive(const MailCore::URL& url) {
@@ -12,6 +14,7 @@ void AppModel::receive(const MailCore::URL& url) {
         return fail(std::current_exception());
     }
     cancel();
+    if (*selectedCollection) beforeCapture_ = *selectedCollection; // a second link comes without one
     capture.set(std::move(link));
     if (readToken_) readToken_->stop();
     reading.set(false);
@@ -22,6 +25,13 @@ void AppModel::receive(const MailCore::URL& url) {
     scheduleSearch(Search::restart);
     showDetails.set(false);
     desktop_.present();
+}
+
+void AppModel::closeCapture() {
+    if (!*capture) return;
+    const Changing changing(changes_);
+    const std::optional<CollectionID> former = std::exchange(beforeCapture_, std::nullopt);
+    selectCollection(former && find(*former) ? former : std::nullopt);
 }
 
 } // namespace TesselMail

@@ -159,7 +159,7 @@ void MainWindow::showTexts() {
 
 void MainWindow::showWelcome() {
     stack_.set_visible_child(model_.collections->empty() && !*model_.capture ? "welcome" : "content");
-    closeAll_->set_enabled(!model_.collections->empty());
+    closeAll_->set_enabled(!model_.collections->empty() || *model_.capture);
 }
 
 // Every pane that stands at an edge of the window has the window's buttons of that edge.

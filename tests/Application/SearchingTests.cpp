@@ -175,6 +175,24 @@ TEST_F(Capturing, ShowsTheLinkInsteadOfAMessageAndKeepsWhatIsOpen) {
     EXPECT_EQ(shownSubject(), "shown");
 }
 
+TEST_F(Capturing, GoesBackToWhatTheClosedLinkTookThePlaceOf) {
+    open({letter("a.eml", "first"), letter("b.eml", "second")});
+    model_->selectCollection(idOf(1));
+    settle();
+    model_->open({link("mailto:ann")});
+    model_->open({link("mailto:ben")});
+    model_->closeCapture();
+    EXPECT_FALSE(*model_->capture);
+    settle();
+    EXPECT_EQ(shownSubject(), "second");
+
+    model_->open({link("mailto:ann")});
+    model_->closeCollection(idOf(1));
+    model_->closeCapture();
+    EXPECT_FALSE(*model_->capture);
+    EXPECT_FALSE(*model_->selectedCollection) << "what the link took the place of was closed meanwhile";
+}
+
 TEST_F(Capturing, TakesAWholeRequestForALinkAmongItsFirstTwenty) {
     std::vector<URL> urls{letter("a.eml", "a"), letter("b.eml", "b"), link("mailto:ann")};
     model_->open(urls);
