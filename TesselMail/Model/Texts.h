@@ -154,10 +154,10 @@ inline constexpr Text becomeHandlerAnswer = {"Use Tessel Mail", "使用 Tessel M
 inline constexpr Text handlerSet = {"Tessel Mail now opens email links.",
                                     "邮件链接现在由 Tessel Mail 打开。"};
 inline constexpr Text handlerFailed = {
-    "Could not change the default app. Try after moving Tessel Mail to Applications.",
-    "未能更改默认应用，请将 Tessel Mail 移至应用程序文件夹后重试。"};
+    "Could not change the default app. Try after installing Tessel Mail.",
+    "未能更改默认应用，请安装 Tessel Mail 后重试。"};
 inline constexpr Text privacy = {"Privacy", "隐私"};
-inline constexpr Text privacyHeadline = {"Mail stays on your Mac.", "邮件留在你的 Mac 上。"};
+inline constexpr Text privacyHeadline = {"Mail stays on your computer.", "邮件留在你的电脑上。"};
 inline constexpr Text privacyText = {
     "Remote images, scripts, and automatic attachment opening are blocked. No accounts, sending, "
     "tracking, or cloud uploads.",
@@ -166,8 +166,8 @@ inline constexpr Text captureSetUp = {"Set up email link capture…", "设置邮
 
 // Welcome
 inline constexpr Text welcomeLine = {"A calm place for your mail.", "安心阅读，轻松接住邮件链接。"};
-inline constexpr Text welcomeDrop = {"Drop files here to read them on your Mac.",
-                                     "将文件拖到这里，在 Mac 上直接阅读。"};
+inline constexpr Text welcomeDrop = {"Drop files here to read them on your computer.",
+                                     "将文件拖到这里，在电脑上直接阅读。"};
 inline constexpr Text welcomeFormats = {"EML / EMLX / MSG / OFT / MBOX / Maildir",
                                         "EML / EMLX / MSG / OFT / MBOX / Maildir"};
 inline constexpr Text openMail = {"Open email or archive", "打开邮件或存档"};
