@@ -2,6 +2,7 @@
 
 #include "MailCore/Platform/Text.h"
 #include "TesselMail/Platform/InterfaceThread.h"
+#include "TesselMail/Platform/ObjectRef.h"
 
 #include <utility>
 
@@ -19,32 +20,65 @@ Glib::RefPtr<Gtk::FileFilter> filterOf(const OpenPanel& panel) {
     return filter;
 }
 
+// The panel's list holds its files by their interface alone, which the C++ binding cannot wrap as objects.
 std::vector<URL> chosenFiles(Gtk::FileChooserNative& chooser) {
+    const auto list =
+        ObjectRef<GListModel>::adopt(gtk_file_chooser_get_files(GTK_FILE_CHOOSER(chooser.gobj())));
     std::vector<URL> urls;
-    const auto files = chooser.get_files();
-    for (guint at = 0; at < files->get_n_items(); ++at)
-        if (const auto file = std::dynamic_pointer_cast<Gio::File>(files->get_object(at)))
-            if (const std::string path = file->get_path(); !path.empty()) urls.push_back(URL::file(path));
+    for (guint at = 0; at < g_list_model_get_n_items(list.get()); ++at) {
+        const auto file = ObjectRef<GFile>::adopt(G_FILE(g_list_model_get_item(list.get(), at)));
+        if (const char* const path = g_file_peek_path(file.get())) urls.push_back(URL::file(path));
+    }
     return urls;
+}
+
+// The panels put what is chosen into the desktop's list of recent files, at a time of their own. The list's
+// manager writes, and reads again, in this handler only: without it the list in the user's folder stays as it
+// is.
+void leaveRecentFilesAlone() {
+    auto* const manager = static_cast<GtkRecentManagerClass*>(g_type_class_ref(GTK_TYPE_RECENT_MANAGER));
+    manager->changed = [](GtkRecentManager*) {};
+    g_type_class_unref(manager);
 }
 
 } // namespace
 
-// The answer is posted: the panel is still in the middle of its signal.
-void NativeFilePanels::run(Glib::RefPtr<Gtk::FileChooserNative> chooser,
-                           std::function<void(std::vector<URL>)> finish) {
+NativeFilePanels::NativeFilePanels() {
+    leaveRecentFilesAlone();
+}
+
+NativeFilePanels::~NativeFilePanels() {
+    if (shown_) shown_->hide();
+}
+
+void NativeFilePanels::attach(Gtk::Window* window) {
+    if (window != window_) leave();
+    window_ = window;
+}
+
+void NativeFilePanels::run(Glib::RefPtr<Gtk::FileChooserNative> chooser, Finish finish) {
     if (shown_) return InterfaceThread::post([finish] { finish({}); });
     shown_ = std::move(chooser);
+    finish_ = std::move(finish);
     if (window_) shown_->set_transient_for(*window_);
     shown_->set_modal(true);
-    shown_->signal_response().connect([this, finish](int response) {
-        auto chosen = response == Gtk::ResponseType::ACCEPT ? chosenFiles(*shown_) : std::vector<URL>();
-        InterfaceThread::post([this, finish, chosen = std::move(chosen)] {
-            shown_.reset();
-            finish(chosen);
-        });
-    });
+    shown_->signal_response().connect(sigc::mem_fun(*this, &NativeFilePanels::respond));
     shown_->show();
+}
+
+// The answer is posted: the panel is still in the middle of its signal. A second response of the same panel
+// finds nobody who waits.
+void NativeFilePanels::respond(int response) {
+    if (!finish_) return;
+    auto chosen = response == Gtk::ResponseType::ACCEPT ? chosenFiles(*shown_) : std::vector<URL>();
+    InterfaceThread::post([panel = std::exchange(shown_, nullptr), finish = std::exchange(finish_, nullptr),
+                           chosen = std::move(chosen)] { finish(chosen); });
+}
+
+void NativeFilePanels::leave() {
+    if (!shown_) return;
+    shown_->hide();
+    respond(Gtk::ResponseType::CANCEL);
 }
 
 Later<std::vector<URL>> NativeFilePanels::open(OpenPanel panel) {
