@@ -23,6 +23,7 @@ public:
 
     /// Shows what the model shows; called again after any change of it, of the theme or of the text size.
     void update(bool dark, bool interactive);
+    void focusText() { gtk_widget_grab_focus(GTK_WIDGET(view_.get())); }
     void closeLink() { link_.popdown(); }
     void showTexts();
 

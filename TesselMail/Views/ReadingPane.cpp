@@ -164,6 +164,13 @@ void ReadingPane::showSpinner() {
     showPage();
 }
 
+void ReadingPane::focusBody() {
+    if (web_)
+        web_->focusText();
+    else
+        plain_.grab_focus();
+}
+
 void ReadingPane::readAgain() {
     model_.select(*model_.selectedEntry);
 }

@@ -23,6 +23,8 @@ public:
     ~ReadingPane() override;
 
     Adwaita::HeaderBar& header() noexcept { return header_; }
+    /// Moves the focus into the text of the message.
+    void focusBody();
 
 private:
     static Task prepareView(std::shared_ptr<ReadingPane*> self);
