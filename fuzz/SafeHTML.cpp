@@ -1,5 +1,6 @@
 #include "MailCore/Rendering/SafeHTML.h"
 #include "MailCore/Platform/Text.h"
+#include "MailCore/Rendering/ReadableText.h"
 
 #include <algorithm>
 #include <array>
@@ -62,6 +63,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     require(Text::isValid(bytesOf(rendered.body)));
     requireBalanced(rendered.body);
     requireNoAddress(rendered.body);
+    require(Text::isValid(bytesOf(SafeHTML::readableText(rendered.body))));
     require(rendered.body.find("<script") == std::string::npos);
     require(rendered.stylesheet.find('<') == std::string::npos);
     for (const auto& [token, address] : rendered.links) {
