@@ -12,8 +12,12 @@ namespace TesselMail {
 /// to use.
 std::string displayed(std::string_view text, std::size_t characters = 1'000);
 
-/// The same with its line breaks.
-std::string displayedLines(std::string_view text);
+/// The same for a widget that holds nothing else and lets people select in it: nothing is added for its
+/// direction, as what is copied there is copied as it stands.
+std::string displayedAlone(std::string_view text, std::size_t characters = 1'000);
+
+/// That with its line breaks.
+std::string displayedLines(std::string_view text, std::size_t characters = 4'000);
 
 /// The name of a file or folder for display, or its whole path; what is not UTF-8 in it becomes U+FFFD.
 std::string displayedName(const MailCore::URL& url);

@@ -38,7 +38,7 @@ void LinkFields::add(const std::string& label, const std::string& value, const s
     text->set_width_chars(36);
     text->set_max_width_chars(60);
     gtk_accessible_update_property(GTK_ACCESSIBLE(text->gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
-                                   (label + ": " + value).c_str(), -1);
+                                   (label + ": " + displayedLines(value)).c_str(), -1);
     auto* const field = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, 2);
     field->append(*head);
     field->append(*text);

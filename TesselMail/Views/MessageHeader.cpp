@@ -56,13 +56,15 @@ void MessageHeader::update() {
     if (!message) return;
     const Preferences& preferences = model_.preferences();
     subject_.set_text(message->subject.empty() ? preferences.text(Texts::noSubject)
-                                               : displayed(message->subject));
+                                               : displayedAlone(message->subject));
     showLine(lines_[0], Texts::from, message->from);
     showLine(lines_[1], Texts::to, message->to);
     showLine(lines_[2], Texts::cc, message->cc);
     showLine(lines_[3], Texts::date, MailCore::MailDate::display(message->date, systemLocale()));
 
     const bool details = *model_.showDetails;
+    gtk_accessible_update_property(GTK_ACCESSIBLE(headers_.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
+                                   preferences.text(Texts::messageDetails).c_str(), -1);
     summary_.set_visible(!details);
     scroller_.set_visible(details);
     if (details)
@@ -73,7 +75,7 @@ void MessageHeader::update() {
 
 void MessageHeader::showLine(Line& line, const Text& name, const std::string& value) {
     line.name.set_text(model_.preferences().text(name));
-    line.value.set_text(displayed(value));
+    line.value.set_text(displayedAlone(value));
     line.name.set_visible(!value.empty());
     line.value.set_visible(!value.empty());
 }
@@ -83,8 +85,8 @@ void MessageHeader::showHeaders(const std::vector<MailCore::Header>& headers) {
     buffer->set_text("");
     for (const MailCore::Header& header : headers) {
         if (buffer->size() > 0) buffer->insert(buffer->end(), "\n");
-        buffer->insert_with_tag(buffer->end(), header.name + ": ", nameTag_);
-        buffer->insert(buffer->end(), displayed(header.value, 4'000));
+        buffer->insert_with_tag(buffer->end(), displayedAlone(header.name) + ": ", nameTag_);
+        buffer->insert(buffer->end(), displayedAlone(header.value, 4'000));
     }
     scroller_.get_vadjustment()->set_value(0);
 }
