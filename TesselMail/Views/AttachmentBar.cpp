@@ -62,6 +62,14 @@ void AttachmentBar::update() {
                                    model_.preferences().text(Texts::attachments).c_str(), -1);
 }
 
+// The button is still in the middle of its signal, and goes when another message is shown.
+void AttachmentBar::act(MailCore::UUID attachment, bool read) {
+    const auto action =
+        sigc::mem_fun(model_, read ? &AppModel::previewAttachment : &AppModel::saveAttachment);
+    Glib::signal_idle().connect(
+        sigc::bind_return(sigc::track_obj([action, attachment] { action(attachment); }, *this), false));
+}
+
 void AttachmentBar::add(const MailCore::MailAttachment& attachment) {
     const Preferences& preferences = model_.preferences();
     const bool readable = attachment.canPreview();
@@ -96,8 +104,7 @@ void AttachmentBar::add(const MailCore::MailAttachment& attachment) {
     gtk_accessible_update_property(GTK_ACCESSIBLE(button->gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
                                    (action + " " + name + ", " + subtitle).c_str(), -1);
     button->signal_clicked().connect(
-        sigc::bind(sigc::mem_fun(model_, readable ? &AppModel::previewAttachment : &AppModel::saveAttachment),
-                   attachment.id));
+        sigc::bind(sigc::mem_fun(*this, &AttachmentBar::act), attachment.id, readable));
 
     auto* const child = Gtk::make_managed<Gtk::FlowBoxChild>();
     child->set_child(*button);

@@ -22,6 +22,7 @@ protected:
 
 private:
     void add(const MailCore::MailAttachment& attachment);
+    void act(MailCore::UUID attachment, bool read);
 
     AppModel& model_;
     Gtk::FlowBox buttons_;
