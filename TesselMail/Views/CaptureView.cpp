@@ -8,7 +8,13 @@ CaptureView::CaptureView(AppModel& model) : model_(model) {
     title_.set_xalign(0);
     title_.add_css_class("title-2");
     head_.append(icon_);
+    title_.set_hexpand(true);
+    close_.set_icon_name("window-close-symbolic");
+    close_.add_css_class("flat");
+    close_.set_valign(Gtk::Align::CENTER);
+    close_.signal_clicked().connect(sigc::mem_fun(*this, &CaptureView::close));
     head_.append(title_);
+    head_.append(close_);
     details_.add_css_class("suggested-action");
     original_.signal_clicked().connect(sigc::mem_fun(*this, &CaptureView::copyOriginal));
     actions_.append(details_);
@@ -27,6 +33,14 @@ CaptureView::CaptureView(AppModel& model) : model_(model) {
     set_child(content_);
     set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
 
+    // Wherever the focus is, unless something there makes use of the key.
+    const auto keys = Gtk::ShortcutController::create();
+    keys->set_scope(Gtk::ShortcutScope::GLOBAL);
+    keys->add_shortcut(
+        Gtk::Shortcut::create(Gtk::KeyvalTrigger::create(GDK_KEY_Escape),
+                              Gtk::CallbackAction::create(sigc::mem_fun(*this, &CaptureView::leave))));
+    add_controller(keys);
+
     model_.capture.signalChanged().connect(sigc::mem_fun(*this, &CaptureView::showCapture));
     model_.preferences().signalChanged().connect(sigc::mem_fun(*this, &CaptureView::showTexts));
     showCapture();
@@ -43,6 +57,9 @@ void CaptureView::showTexts() {
     if (!capture) return;
     const Preferences& preferences = model_.preferences();
     title_.set_text(preferences.text(Texts::emailLink));
+    close_.set_tooltip_text(preferences.text(Texts::close));
+    gtk_accessible_update_property(GTK_ACCESSIBLE(close_.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
+                                   preferences.text(Texts::close).c_str(), -1);
     const std::string copy = preferences.text(Texts::copyValue);
     fields_.add(preferences.text(Texts::to), capture->to, copy);
     for (const auto& [label, value] : {std::pair<const Text&, const std::string&>{Texts::cc, capture->cc},
@@ -58,6 +75,16 @@ void CaptureView::showTexts() {
 
 void CaptureView::copyOriginal() {
     if (*model_.capture) get_clipboard()->set_text((*model_.capture)->original);
+}
+
+void CaptureView::close() {
+    model_.closeCapture();
+}
+
+bool CaptureView::leave(Gtk::Widget&, const Glib::VariantBase&) {
+    if (!*model_.capture) return false;
+    close();
+    return true;
 }
 
 } // namespace TesselMail

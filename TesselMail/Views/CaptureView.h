@@ -12,17 +12,21 @@ namespace TesselMail {
 class CaptureView : public Gtk::ScrolledWindow {
 public:
     explicit CaptureView(AppModel& model);
+    void focusCopying() { details_.grab_focus(); }
 
 private:
     void showCapture();
     void showTexts();
     void copyOriginal();
+    void close();
+    bool leave(Gtk::Widget& widget, const Glib::VariantBase& arguments);
 
     AppModel& model_;
     Gtk::Box content_{Gtk::Orientation::VERTICAL, 16};
     Gtk::Box head_{Gtk::Orientation::HORIZONTAL, 10};
     Gtk::Image icon_;
     Gtk::Label title_;
+    Gtk::Button close_;
     LinkFields fields_;
     Gtk::Box actions_{Gtk::Orientation::HORIZONTAL, 10};
     CopyButton details_;
