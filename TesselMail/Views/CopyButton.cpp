@@ -31,7 +31,9 @@ void CopyButton::copy() {
 
 void CopyButton::showState() {
     adw_button_content_set_icon_name(content_, copied_ ? "object-select-symbolic" : "edit-copy-symbolic");
-    adw_button_content_set_label(content_, (copied_ ? copiedLabel_ : label_).c_str());
+    const std::string& label = copied_ ? copiedLabel_ : label_;
+    adw_button_content_set_label(content_, label.c_str());
+    gtk_accessible_update_property(GTK_ACCESSIBLE(gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL, label.c_str(), -1);
 }
 
 } // namespace TesselMail
