@@ -38,8 +38,8 @@ bool MailWebCoordinator::Content::matches(const std::optional<Content>& other) c
            other->paperRGB == paperRGB;
 }
 
-MailWebCoordinator::MailWebCoordinator(MailWebPage& page, OpenLink open, Report report)
-    : page_(&page), open_(std::move(open)), report_(std::move(report)),
+MailWebCoordinator::MailWebCoordinator(MailWebPage& page, OpenLink open, Report report, Applied applied)
+    : page_(&page), open_(std::move(open)), report_(std::move(report)), onApplied_(std::move(applied)),
       self_(std::make_shared<MailWebCoordinator*>(this)) {}
 
 MailWebCoordinator::~MailWebCoordinator() {
@@ -120,12 +120,17 @@ void MailWebCoordinator::updated(const Content& sent, std::uint64_t update, bool
         applied_ = sent;
         links_.clear();
         if (ready_) links_ = sent.rendered->links;
-        return apply();
+        apply();
+        return onApplied_();
     }
     failedAt_ = sent.identity;
     links_.clear();
     report_(sent.identity, Texts::viewNotUpdated);
     if (desired_ && desired_->identity != sent.identity) apply();
+}
+
+std::optional<MailCore::UUID> MailWebCoordinator::shown() const {
+    return applied_ ? std::optional(applied_->identity) : std::nullopt;
 }
 
 std::optional<std::string> MailWebCoordinator::linkBehind(std::string_view address) const {
@@ -212,6 +217,7 @@ void MailWebCoordinator::retire() {
     retired_ = true;
     page_->stopLoading();
     open_ = nullptr;
+    onApplied_ = nullptr;
     links_.clear();
     desired_.reset();
     applied_.reset();

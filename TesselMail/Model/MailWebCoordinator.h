@@ -75,9 +75,11 @@ public:
     using OpenLink =
         std::function<void(const std::string& address, MailCore::UUID identity, PageRectangle place)>;
     using Report = std::function<void(std::optional<MailCore::UUID> identity, const Text& explanation)>;
+    using Applied = std::function<void()>;
 
     /// `page` outlives the coordinator, or is never used again after `retire`.
-    MailWebCoordinator(MailWebPage& page, OpenLink open, Report report);
+    /// `applied` is told after each update that succeeded.
+    MailWebCoordinator(MailWebPage& page, OpenLink open, Report report, Applied applied);
     MailWebCoordinator(const MailWebCoordinator&) = delete;
     MailWebCoordinator& operator=(const MailWebCoordinator&) = delete;
     ~MailWebCoordinator();
@@ -91,6 +93,10 @@ public:
     void rulesInstalled(bool succeeded);
     /// What should be shown from now on. Links answer to clicks while `interactive`.
     void show(Content content, bool interactive);
+    /// The content the page shows; nothing while it is being made.
+    std::optional<MailCore::UUID> shown() const;
+    /// The blocking rules could not be compiled.
+    bool lacksRules() const noexcept { return failed_; }
     /// Whether links answer to clicks from now on.
     void setInteractive(bool interactive) { interactive_ = interactive; }
     /// The view is going away: everything that comes later is ignored.
@@ -122,6 +128,7 @@ private:
     MailWebPage* page_;
     OpenLink open_;
     Report report_;
+    Applied onApplied_;
     bool ready_ = false;  // the blocking rules are installed
     bool failed_ = false; // they could not be compiled
     bool retired_ = false;

@@ -83,6 +83,18 @@ inline constexpr Text tooLargeToPreviewHint = {
 inline constexpr Text notShown = {"This message is not shown", "这封邮件未能显示"};
 inline constexpr Text tryAgain = {"Try again", "重试"};
 inline constexpr Text noPlainText = {"This message has no plain text.", "这封邮件没有纯文本内容。"};
+inline constexpr Text showPlainText = {"Show as plain text", "以纯文本显示"};
+inline constexpr Text selectAll = {"Select All", "全选"};
+inline constexpr Text plainWithoutSandbox = {
+    "This system does not allow the sandbox that the reading view needs. Messages are shown as plain text.",
+    "此系统不允许阅读视图所需的沙盒，邮件以纯文本显示。"};
+inline constexpr Text plainWithoutRules = {
+    "The rules that keep the reading view offline could not be stored in your cache folder. Messages are "
+    "shown as plain text.",
+    "无法在缓存文件夹中存储使阅读视图保持离线的规则，邮件以纯文本显示。"};
+inline constexpr Text plainWithoutAnswer = {
+    "The reading view could not update. The message is shown as plain text.",
+    "阅读视图未能更新，邮件以纯文本显示。"};
 inline constexpr Text saveAttachment = {"Save attachment…", "保存附件…"};
 inline constexpr Text readAttachedMessage = {"Read attached message", "阅读附加邮件"};
 inline constexpr Text unavailable = {"Unavailable in this message", "无法读取此附件"};

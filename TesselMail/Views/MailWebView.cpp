@@ -21,7 +21,6 @@ ObjectRef<WebKitWebView> makeView(WebKitNetworkSession* session) {
         "javascript-can-open-windows-automatically", FALSE, //
         "javascript-can-access-clipboard", FALSE,           //
         "hardware-acceleration-policy", WEBKIT_HARDWARE_ACCELERATION_POLICY_NEVER, //
-        "enable-hyperlink-auditing", FALSE,                                        //
         "enable-fullscreen", FALSE,                                                //
         "enable-media", FALSE,                                                     //
         "enable-webgl", FALSE,                                                     //
@@ -33,6 +32,24 @@ ObjectRef<WebKitWebView> makeView(WebKitNetworkSession* session) {
         "enable-developer-extras", FALSE, nullptr));
     return ObjectRef<WebKitWebView>::retain(WEBKIT_WEB_VIEW(
         g_object_new(WEBKIT_TYPE_WEB_VIEW, "network-session", session, "settings", settings.get(), nullptr)));
+}
+
+// The web view would keep the focus once it has it.
+void letFocusLeave(void* widgetClass, void*) {
+    GTK_WIDGET_CLASS(widgetClass)->focus = [](GtkWidget* widget, GtkDirectionType) -> gboolean {
+        GtkWidget* const view = gtk_overlay_get_child(GTK_OVERLAY(widget));
+        return view && !gtk_widget_has_focus(view) && gtk_widget_grab_focus(view);
+    };
+}
+
+// An anchor whose address is refused stays as text, and so should look like it. The page's stylesheet knows
+// no such anchors; the message's own style of it goes before this one.
+void styleRefusedLinks(WebKitWebView* view) {
+    constexpr const char* style = "a:not([href]){color:inherit}a:not([href]):hover{text-decoration:none}";
+    WebKitUserStyleSheet* const sheet = webkit_user_style_sheet_new(
+        style, WEBKIT_USER_CONTENT_INJECT_TOP_FRAME, WEBKIT_USER_STYLE_LEVEL_AUTHOR, nullptr, nullptr);
+    webkit_user_content_manager_add_style_sheet(webkit_web_view_get_user_content_manager(view), sheet);
+    webkit_user_style_sheet_unref(sheet);
 }
 
 // A folder of this run's own for the compiled rules, which are of no use to anybody else.
@@ -61,7 +78,8 @@ MailWebCoordinator::Navigation navigationOf(WebKitPolicyDecision* decision) {
 } // namespace
 
 MailWebView::MailWebView(AppModel& model)
-    : model_(model), session_(ObjectRef<WebKitNetworkSession>::adopt(webkit_network_session_new_ephemeral())),
+    : Glib::ObjectBase("TesselMailWebView"), Glib::ExtraClassInit(letFocusLeave), model_(model),
+      session_(ObjectRef<WebKitNetworkSession>::adopt(webkit_network_session_new_ephemeral())),
       view_(makeView(session_.get())), page_(view_), link_(*this, model.preferences()),
       copyLink_(Gio::SimpleAction::create(copyLinkAction, Glib::VARIANT_TYPE_STRING)),
       self_(std::make_shared<MailWebView*>(this)),
@@ -72,8 +90,10 @@ MailWebView::MailWebView(AppModel& model)
           },
           [this](std::optional<MailCore::UUID> identity, const Text& explanation) {
               model_.readingViewFailed(identity, model_.preferences().text(explanation));
-          }) {
+          },
+          [this] { signalShown_.emit(); }) {
     configure();
+    styleRefusedLinks(view_.get());
     Gtk::Widget* const view = Glib::wrap(GTK_WIDGET(view_.get()));
     view->set_hexpand(true);
     view->set_vexpand(true);
@@ -87,6 +107,12 @@ MailWebView::MailWebView(AppModel& model)
     target_.set_visible(false);
     add_overlay(target_);
 
+    const auto keys = Gtk::EventControllerKey::create();
+    keys->set_propagation_phase(Gtk::PropagationPhase::CAPTURE); // before the web view
+    keys->signal_key_pressed().connect(
+        [this](guint key, guint, Gdk::ModifierType modifiers) { return press(key, modifiers); }, false);
+    view->add_controller(keys);
+    link_.signalLeft().connect(sigc::mem_fun(*this, &MailWebView::focusText));
     copyLink_->signal_activate().connect(sigc::mem_fun(*this, &MailWebView::copyLink));
     showTexts();
     compileRules();
@@ -166,7 +192,7 @@ void MailWebView::configure() {
 // Nothing is loaded before the rules that block the network and the file system are in force.
 void MailWebView::compileRules() {
     rulesFolder_ = makeRulesFolder();
-    if (rulesFolder_.empty()) return coordinator_.rulesInstalled(false);
+    if (rulesFolder_.empty()) return installed(false);
     rules_ = ObjectRef<WebKitUserContentFilterStore>::adopt(
         webkit_user_content_filter_store_new(rulesFolder_.c_str()));
     GBytes* const source = g_bytes_new_static(MailCore::MailSecurity::contentRules.data(),
@@ -193,27 +219,44 @@ void MailWebView::rulesCompiled(GAsyncResult* result) {
     // The rules stay mapped; their file has served.
     std::error_code ignored;
     std::filesystem::remove_all(rulesFolder_, ignored);
-    coordinator_.rulesInstalled(filter != nullptr);
+    installed(filter != nullptr);
 }
 
-void MailWebView::update(bool dark, bool interactive) {
+void MailWebView::installed(bool succeeded) {
+    coordinator_.rulesInstalled(succeeded);
+    if (!succeeded) signalShown_.emit();
+}
+
+std::uint32_t MailWebView::showPaper(bool dark) {
     const std::uint32_t paper = MailWebCoordinator::paperColor(dark);
     const GdkRGBA colour{static_cast<float>(paper >> 16 & 0xFF) / 255,
                          static_cast<float>(paper >> 8 & 0xFF) / 255, static_cast<float>(paper & 0xFF) / 255,
                          1};
     webkit_web_view_set_background_color(view_.get(), &colour);
-    if (!*model_.rendered || !*model_.message) {
-        target_.set_visible(false);
-        coordinator_.setInteractive(false);
-        return;
-    }
+    return paper;
+}
+
+void MailWebView::update(bool dark, bool interactive) {
+    if (!*model_.rendered || !*model_.message) return clear(dark);
     coordinator_.show({.identity = *model_.selectionVersion,
                        .rendered = *model_.rendered,
                        .plain = (*model_.message)->plain,
                        .dark = dark,
                        .scale = model_.preferences().readingScale(),
-                       .paperRGB = paper},
+                       .paperRGB = showPaper(dark)},
                       interactive);
+}
+
+void MailWebView::clear(bool dark) {
+    static const auto nothing = std::make_shared<const MailCore::RenderedMail>();
+    target_.set_visible(false);
+    coordinator_.show({.identity = emptyPage_,
+                       .rendered = nothing,
+                       .plain = {},
+                       .dark = dark,
+                       .scale = model_.preferences().readingScale(),
+                       .paperRGB = showPaper(dark)},
+                      false);
 }
 
 void MailWebView::showTexts() {
@@ -235,6 +278,28 @@ bool MailWebView::decide(WebKitPolicyDecision* decision, WebKitPolicyDecisionTyp
     return true;
 }
 
+// F7 would begin caret browsing, which ends the program. Past the last link Tab would leave the focus
+// nowhere.
+bool MailWebView::press(guint key, Gdk::ModifierType modifiers) {
+    if (key == GDK_KEY_F7) return true;
+    const bool tab = key == GDK_KEY_Tab || key == GDK_KEY_KP_Tab || key == GDK_KEY_ISO_Left_Tab;
+    if (!tab || (modifiers & Gdk::ModifierType::CONTROL_MASK) != Gdk::ModifierType{}) return false;
+    moveFocus((modifiers & Gdk::ModifierType::SHIFT_MASK) == Gdk::ModifierType{});
+    return true;
+}
+
+void MailWebView::moveFocus(bool forward) {
+    page_.moveFocus(forward, [self = self_, forward](bool moved) {
+        if (*self && !moved) (*self)->leave(forward);
+    });
+}
+
+void MailWebView::leave(bool forward) {
+    if (!gtk_widget_has_focus(GTK_WIDGET(view_.get()))) return; // people have gone already
+    g_signal_emit_by_name(get_root()->gobj(), "move-focus",
+                          forward ? GTK_DIR_TAB_FORWARD : GTK_DIR_TAB_BACKWARD);
+}
+
 void MailWebView::pointAt(WebKitHitTestResult* hit) {
     const char* const uri = webkit_hit_test_result_get_link_uri(hit);
     const auto address = uri ? coordinator_.linkBehind(uri) : std::nullopt;
@@ -245,6 +310,10 @@ void MailWebView::pointAt(WebKitHitTestResult* hit) {
 // What the menu offers by default would open, download or reload; only copying makes sense here.
 void MailWebView::prepareMenu(WebKitContextMenu* menu, WebKitHitTestResult* hit) {
     webkit_context_menu_remove_all(menu);
+    const auto append = [this, menu](WebKitContextMenuAction action, const Text& label) {
+        webkit_context_menu_append(menu, webkit_context_menu_item_new_from_stock_action_with_label(
+                                             action, model_.preferences().text(label).c_str()));
+    };
     const char* const uri = webkit_hit_test_result_get_link_uri(hit);
     if (const auto address = uri ? coordinator_.linkBehind(uri) : std::nullopt)
         webkit_context_menu_append(menu, webkit_context_menu_item_new_from_gaction(
@@ -252,10 +321,8 @@ void MailWebView::prepareMenu(WebKitContextMenu* menu, WebKitHitTestResult* hit)
                                              model_.preferences().text(Texts::copyLink).c_str(),
                                              g_variant_new_string(address->c_str())));
     if (webkit_hit_test_result_context_is_selection(hit))
-        webkit_context_menu_append(
-            menu, webkit_context_menu_item_new_from_stock_action(WEBKIT_CONTEXT_MENU_ACTION_COPY));
-    webkit_context_menu_append(
-        menu, webkit_context_menu_item_new_from_stock_action(WEBKIT_CONTEXT_MENU_ACTION_SELECT_ALL));
+        append(WEBKIT_CONTEXT_MENU_ACTION_COPY, Texts::copyValue);
+    append(WEBKIT_CONTEXT_MENU_ACTION_SELECT_ALL, Texts::selectAll);
 }
 
 void MailWebView::copyLink(const Glib::VariantBase& address) {

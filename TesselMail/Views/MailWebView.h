@@ -4,10 +4,12 @@
 #include "TesselMail/Views/LinkPopover.h"
 #include "TesselMail/Views/WebMailPage.h"
 
+#include <glibmm/extraclassinit.h>
 #include <gtkmm.h>
 #include <webkit/webkit.h>
 
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace TesselMail {
@@ -16,22 +18,37 @@ class AppModel;
 
 /// The web view that shows one message: no scripts of the page, no storage, no network, no navigation but to
 /// its own empty page. `model` outlives it.
-class MailWebView : public Gtk::Overlay {
+class MailWebView : public Glib::ExtraClassInit, public Gtk::Overlay {
 public:
     explicit MailWebView(AppModel& model);
     ~MailWebView() override;
 
     /// Shows what the model shows; called again after any change of it, of the theme or of the text size.
     void update(bool dark, bool interactive);
+    /// Shows an empty page: what was closed, or is shown elsewhere, does not stay here.
+    void clear(bool dark);
+    /// Ends the page's process, which no longer answers; the next message gets a fresh one.
+    void restart() { webkit_web_view_terminate_web_process(view_.get()); }
+    /// The content on show, tagged with the model's selection version; nothing while a page is being made.
+    std::optional<MailCore::UUID> shown() const { return coordinator_.shown(); }
+    /// The rules that keep the page offline could not be compiled: nothing of the message may be shown here.
+    bool lacksRules() const noexcept { return coordinator_.lacksRules(); }
+    /// Emitted when another content is shown, and when the rules turn out to be lacking.
+    sigc::signal<void()>& signalShown() { return signalShown_; }
     void focusText() { gtk_widget_grab_focus(GTK_WIDGET(view_.get())); }
     void closeLink() { link_.popdown(); }
     void showTexts();
 
 private:
     void configure();
+    std::uint32_t showPaper(bool dark);
     void compileRules();
+    void installed(bool succeeded);
     void rulesCompiled(GAsyncResult* result);
     bool decide(WebKitPolicyDecision* decision, WebKitPolicyDecisionType type);
+    bool press(guint key, Gdk::ModifierType modifiers);
+    void moveFocus(bool forward);
+    void leave(bool forward);
     void pointAt(WebKitHitTestResult* hit);
     void prepareMenu(WebKitContextMenu* menu, WebKitHitTestResult* hit);
     void copyLink(const Glib::VariantBase& address);
@@ -44,6 +61,8 @@ private:
     Gtk::Label target_; // the address under the pointer
     LinkPopover link_;
     Glib::RefPtr<Gio::SimpleAction> copyLink_;
+    sigc::signal<void()> signalShown_;
+    const MailCore::UUID emptyPage_ = MailCore::UUID::random();
     bool loadFailed_ = false;
     std::string rulesFolder_; // empty when it could not be made
     ObjectRef<WebKitUserContentFilterStore> rules_;

@@ -33,6 +33,16 @@ constexpr std::string_view locateScript =
     "const a=[...document.links].find(a=>a.getAttribute('href')===href); if(!a)return null; const "
     "r=a.getBoundingClientRect(); return {x:r.x,y:r.y,width:r.width,height:r.height};";
 
+// A link that cannot be seen takes no focus.
+constexpr std::string_view focusScript = R"(const links = [...document.links];
+if (!forward) links.reverse();
+for (const link of links.slice(links.indexOf(document.activeElement) + 1)) {
+  link.focus({focusVisible: true});
+  if (document.activeElement === link) return true;
+}
+document.activeElement?.blur();
+return false;)";
+
 // One value of the page, or nothing when the script failed.
 using Answer = std::function<void(JSCValue*)>;
 
@@ -107,6 +117,14 @@ void WebMailPage::locateLink(std::string href, std::function<void(std::optional<
     g_variant_dict_insert_value(&arguments, "href", text(std::move(href)));
     call(view_.get(), locateScript, g_variant_dict_end(&arguments),
          [answer = std::move(answer)](JSCValue* value) { answer(rectangleOf(value)); });
+}
+
+void WebMailPage::moveFocus(bool forward, std::function<void(bool)> answer) {
+    GVariantDict arguments;
+    g_variant_dict_init(&arguments, nullptr);
+    g_variant_dict_insert_value(&arguments, "forward", flag(forward));
+    call(view_.get(), focusScript, g_variant_dict_end(&arguments),
+         [answer = std::move(answer)](JSCValue* value) { answer(value && jsc_value_to_boolean(value)); });
 }
 
 PageRectangle WebMailPage::bounds() const {

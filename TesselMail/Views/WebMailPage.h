@@ -18,6 +18,9 @@ public:
     void update(PageUpdate update, std::function<void(bool)> answer) override;
     void locateLink(std::string href, std::function<void(std::optional<PageRectangle>)> answer) override;
     PageRectangle bounds() const override;
+    /// Moves the focus to the next or previous link, from outside them to the first or last; the answer is
+    /// false when there is none in that direction.
+    void moveFocus(bool forward, std::function<void(bool moved)> answer);
 
     /// The navigation of the last `load`.
     std::uint64_t navigation() const noexcept { return navigation_; }

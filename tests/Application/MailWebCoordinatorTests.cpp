@@ -70,13 +70,15 @@ protected:
     std::vector<std::string> opened_;
     PageRectangle place_;
     std::vector<std::string_view> reports_;
+    std::vector<std::optional<MailCore::UUID>> applied_;
     std::optional<MailWebCoordinator> coordinator_{
         std::in_place, page_,
         [this](const std::string& address, MailCore::UUID, PageRectangle place) {
             opened_.push_back(address);
             place_ = place;
         },
-        [this](std::optional<MailCore::UUID>, const Text& text) { reports_.push_back(text.english); }};
+        [this](std::optional<MailCore::UUID>, const Text& text) { reports_.push_back(text.english); },
+        [this] { applied_.push_back(coordinator_->shown()); }};
     std::size_t answered_ = 0;
 };
 
@@ -112,9 +114,12 @@ TEST_F(Coordinator, RunsOneUpdateAtATimeAndEndsWithTheLastContent) {
     const Content last = content("d");
     coordinator_->show(last, true);
     EXPECT_THAT(bodies(), ElementsAre("a", "b"));
+    EXPECT_THAT(applied_, SizeIs(1));
     answer();
     EXPECT_THAT(bodies(), ElementsAre("a", "b", "d"));
     answer();
+    EXPECT_THAT(applied_, SizeIs(3));
+    EXPECT_EQ(applied_.back(), last.identity);
     coordinator_->show(last, true); // nothing new
     EXPECT_THAT(page_.updates, SizeIs(3));
 }
@@ -134,7 +139,7 @@ TEST_F(Coordinator, ChangesThemeAndSizeInPlace) {
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
         FakePage page;
-        MailWebCoordinator coordinator(page, nullptr, nullptr);
+        MailWebCoordinator coordinator(page, nullptr, nullptr, [] {});
         coordinator.rulesInstalled(true);
         Content shown = content("a");
         coordinator.show(shown, true);
