@@ -37,6 +37,7 @@ protected:
         set_accels_for_action("win.close-all", {"<Control><Shift>w"});
         set_accels_for_action("win.export-original", {"<Control><Shift>s"});
         set_accels_for_action("win.details", {"<Control>i"});
+        set_accels_for_action("win.plain-text", {"<Control><Shift>t"});
         set_accels_for_action("win.search", {"<Control>f"});
         set_accels_for_action("win.settings", {"<Control>comma"});
         set_accels_for_action("app.quit", {"<Control>q"});

@@ -13,6 +13,7 @@ Glib::RefPtr<Gio::Menu> mainMenu(const Preferences& preferences) {
     const auto files = Gio::Menu::create();
     files->append(preferences.text(Texts::closeAll), "win.close-all");
     files->append(preferences.text(Texts::exportOriginal), "win.export-original");
+    files->append(preferences.text(Texts::showPlainText), "win.plain-text");
     const auto application = Gio::Menu::create();
     application->append(preferences.text(Texts::settings), "win.settings");
     application->append(preferences.text(Texts::about), "app.about");

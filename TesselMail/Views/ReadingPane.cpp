@@ -1,23 +1,18 @@
 #include "TesselMail/Views/ReadingPane.h"
 
-#include "MailCore/Platform/Text.h"
-#include "TesselMail/Platform/SandboxCheck.h"
-
 namespace TesselMail {
 namespace {
 
 // A read that takes less needs no sign that it goes on.
 constexpr unsigned spinnerDelay = 250; // milliseconds
-
-bool isDark() {
-    return adw_style_manager_get_dark(adw_style_manager_get_default());
-}
+// Nor is a page blanked that the next message will fill at once.
+constexpr unsigned otherDelay = 250; // milliseconds
 
 } // namespace
 
 ReadingPane::ReadingPane(AppModel& model)
     : Gtk::Box(Gtk::Orientation::VERTICAL), model_(model), capture_(model), messageHeader_(model),
-      attachments_(model), self_(std::make_shared<ReadingPane*>(this)) {
+      attachments_(model), body_(model) {
     add_css_class("reading-pane");
     details_.set_icon_name("help-about-symbolic");
     gtk_actionable_set_action_name(GTK_ACTIONABLE(details_.gobj()), "win.details");
@@ -36,6 +31,7 @@ ReadingPane::ReadingPane(AppModel& model)
     message_.append(messageHeader_);
     message_.append(attachments_);
     message_.append(*Gtk::make_managed<Gtk::Separator>());
+    message_.append(body_);
     stack_.add(empty_, "empty");
     stack_.add(capture_, "capture");
     stack_.add(select_.widget(), "select");
@@ -49,44 +45,19 @@ ReadingPane::ReadingPane(AppModel& model)
     model_.selectionVersion.signalChanged().connect(sigc::mem_fun(*this, &ReadingPane::showMessage));
     model_.showDetails.signalChanged().connect(sigc::mem_fun(*this, &ReadingPane::showHeader));
     model_.reading.signalChanged().connect(sigc::mem_fun(*this, &ReadingPane::showReading));
+    model_.readRequest.signalChanged().connect(sigc::mem_fun(*this, &ReadingPane::closeLink));
     model_.readRequest.signalChanged().connect(sigc::mem_fun(*this, &ReadingPane::showPage));
     model_.readerFailed.signalChanged().connect(sigc::mem_fun(*this, &ReadingPane::showPage));
     model_.collections.signalChanged().connect(sigc::mem_fun(*this, &ReadingPane::showPage));
     model_.capture.signalChanged().connect(sigc::mem_fun(*this, &ReadingPane::showPage));
     model_.preferences().signalChanged().connect(sigc::mem_fun(*this, &ReadingPane::showTexts));
-    g_signal_connect_swapped(adw_style_manager_get_default(), "notify::dark",
-                             G_CALLBACK(+[](ReadingPane* self) { self->showBody(); }), this);
+    body_.signalShown().connect(sigc::mem_fun(*this, &ReadingPane::bodyShown));
     showTexts();
-    prepareView(self_);
 }
 
 ReadingPane::~ReadingPane() {
-    *self_ = nullptr;
     spinnerDelay_.disconnect();
-    g_signal_handlers_disconnect_by_data(adw_style_manager_get_default(), this);
-}
-
-Task ReadingPane::prepareView(std::shared_ptr<ReadingPane*> self) {
-    const bool sandboxed = co_await sandboxWorks();
-    if (*self) (*self)->makeView(sandboxed);
-}
-
-void ReadingPane::makeView(bool sandboxed) {
-    if (sandboxed) {
-        web_.emplace(model_);
-        web_->set_vexpand(true);
-        web_->add_css_class("reading-view");
-        message_.append(*web_);
-    } else {
-        usePlain_ = true;
-        plain_.set_editable(false);
-        plain_.set_wrap_mode(Gtk::WrapMode::WORD_CHAR);
-        plain_.add_css_class("plain-message");
-        plainScroller_.set_child(plain_);
-        plainScroller_.set_vexpand(true);
-        message_.append(plainScroller_);
-    }
-    showBody();
+    otherDelay_.disconnect();
 }
 
 void ReadingPane::showTexts() {
@@ -96,8 +67,7 @@ void ReadingPane::showTexts() {
     for (const auto& [widget, text] :
          {std::pair<Gtk::Widget*, const Text*>(&details_, &Texts::messageDetails),
           {&export_, &Texts::exportOriginalHelp},
-          {&spinner_, &Texts::readingMessage},
-          {&plain_, &Texts::messageBody}})
+          {&spinner_, &Texts::readingMessage}})
         gtk_accessible_update_property(GTK_ACCESSIBLE(widget->gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
                                        preferences.text(*text).c_str(), -1);
     select_.setTexts(preferences.text(Texts::selectMessage), preferences.text(Texts::selectMessageHint));
@@ -105,28 +75,45 @@ void ReadingPane::showTexts() {
                     preferences.text(Texts::tooLargeToPreviewHint));
     failed_.setTexts(preferences.text(Texts::notShown), "");
     tryAgain_.set_label(preferences.text(Texts::tryAgain));
-    if (web_) web_->showTexts();
-    showMessage();
-}
-
-void ReadingPane::showMessage() {
-    if (web_) web_->closeLink();
+    body_.showTexts();
     showHeader();
-    attachments_.update();
-    showBody();
     showPage();
 }
 
+void ReadingPane::showMessage() {
+    closeLink();
+    body_.update();
+    otherDelay_.disconnect();
+    if (body_.showsOther())
+        otherDelay_ = Glib::signal_timeout().connect(
+            sigc::bind_return(sigc::mem_fun(*this, &ReadingPane::hideOther), false), otherDelay);
+    showHeader();
+    showPage();
+}
+
+// A header never stands above the text of another message: it waits for its own.
 void ReadingPane::showHeader() {
+    if (body_.showsOther()) return;
     messageHeader_.update();
+    attachments_.update();
+}
+
+void ReadingPane::hideOther() {
+    body_.hideOther();
+    showHeader();
+}
+
+void ReadingPane::bodyShown() {
+    showHeader();
+    showPage();
 }
 
 void ReadingPane::showBody() {
-    if (web_) web_->update(isDark(), model_.currentMessageReady());
-    if (!usePlain_) return;
-    const auto& message = *model_.message;
-    const bool blank = !message || MailCore::Text::trimmed(message->plain).empty();
-    plain_.get_buffer()->set_text(blank ? model_.preferences().text(Texts::noPlainText) : message->plain);
+    body_.update();
+}
+
+void ReadingPane::closeLink() {
+    body_.closeLink();
 }
 
 // While a newer selection is being read, the message before it stays for a moment, lest the pane flicker.
@@ -138,15 +125,17 @@ void ReadingPane::showPage() {
         page = "select";
     else if (model_.selectionTooLarge())
         page = "large";
-    else if (*model_.readerFailed || (!*model_.message && !*model_.reading))
+    else if ((*model_.readerFailed && !body_.showsPlainText()) || (!*model_.message && !*model_.reading))
         page = "failed";
     else if (!*model_.message || (*model_.reading && slow_))
         page = "empty";
+    const bool changed = stack_.get_visible_child_name() != page;
     stack_.set_visible_child(page);
+    if (changed && *model_.capture) capture_.focusCopying();
 }
 
 void ReadingPane::showReading() {
-    if (web_ && *model_.reading) web_->closeLink();
+    if (*model_.reading) closeLink();
     spinnerDelay_.disconnect();
     slow_ = false;
     if (*model_.reading)
@@ -162,13 +151,6 @@ void ReadingPane::showSpinner() {
     spinner_.start();
     slow_ = true;
     showPage();
-}
-
-void ReadingPane::focusBody() {
-    if (web_)
-        web_->focusText();
-    else
-        plain_.grab_focus();
 }
 
 void ReadingPane::readAgain() {

@@ -1,17 +1,13 @@
 #pragma once
 
 #include "TesselMail/Model/AppModel.h"
-#include "TesselMail/Platform/Task.h"
 #include "TesselMail/Views/AdwaitaWidgets.h"
 #include "TesselMail/Views/AttachmentBar.h"
 #include "TesselMail/Views/CaptureView.h"
-#include "TesselMail/Views/MailWebView.h"
+#include "TesselMail/Views/MessageBody.h"
 #include "TesselMail/Views/MessageHeader.h"
 
 #include <gtkmm.h>
-
-#include <memory>
-#include <optional>
 
 namespace TesselMail {
 
@@ -24,16 +20,20 @@ public:
 
     Adwaita::HeaderBar& header() noexcept { return header_; }
     /// Moves the focus into the text of the message.
-    void focusBody();
+    void focusBody() { body_.focusText(); }
+    const Glib::RefPtr<Gio::SimpleAction>& plainTextAction() const noexcept {
+        return body_.plainTextAction();
+    }
 
 private:
-    static Task prepareView(std::shared_ptr<ReadingPane*> self);
-    void makeView(bool sandboxed);
     void showTexts();
     void showMessage();
     void showHeader();
     void showPage();
     void showBody();
+    void hideOther();
+    void bodyShown();
+    void closeLink();
     void showReading();
     void showSpinner();
     void readAgain();
@@ -54,12 +54,9 @@ private:
     Gtk::Box message_{Gtk::Orientation::VERTICAL};
     MessageHeader messageHeader_;
     AttachmentBar attachments_;
-    std::optional<MailWebView> web_; // where its sandbox can start
-    Gtk::ScrolledWindow plainScroller_;
-    Gtk::TextView plain_;
-    bool usePlain_ = false;
-    bool slow_ = false;                  // the message that is being read lets people wait
-    std::shared_ptr<ReadingPane*> self_; // emptied when this is gone
+    MessageBody body_;
+    sigc::connection otherDelay_;
+    bool slow_ = false; // the message that is being read lets people wait
 };
 
 } // namespace TesselMail

@@ -39,6 +39,7 @@ constexpr const char* style = R"(
 .attachment { padding: 6px 12px 6px 10px; font-weight: normal; }
 .reading-view { margin: 0 12px 0 28px; }
 .plain-message { background: none; padding: 14px 28px 28px; }
+.plain-reason { margin: 12px 28px 0; }
 .link-target {
     background-color: @popover_bg_color; color: @popover_fg_color; font-size: 0.85em;
     border-radius: 6px 6px 0 0; padding: 3px 8px; box-shadow: 0 0 0 1px alpha(@borders, 0.8);

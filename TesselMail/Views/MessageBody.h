@@ -1,0 +1,63 @@
+#pragma once
+
+#include "TesselMail/Model/AppModel.h"
+#include "TesselMail/Platform/Task.h"
+#include "TesselMail/Views/MailWebView.h"
+#include "TesselMail/Views/PlainMessageView.h"
+
+#include <gtkmm.h>
+
+#include <memory>
+#include <optional>
+
+namespace TesselMail {
+
+/// The body of the message on show: in the web view, or as plain text where people want that or the web view
+/// is not to be had. A web view that does not answer gives way to the plain text. `model` outlives it.
+class MessageBody : public Gtk::Stack {
+public:
+    explicit MessageBody(AppModel& model);
+    ~MessageBody() override;
+
+    /// Shows the model's message; called again after any change of it.
+    void update();
+    /// Whether what can be seen belongs to a message before the model's.
+    bool showsOther() const;
+    /// Shows nothing until the model's message is there.
+    void hideOther();
+    bool showsPlainText() const;
+    void showTexts();
+    void focusText();
+    void closeLink();
+
+    /// "plain-text": whether people want the plain text; disabled where there is nothing else.
+    const Glib::RefPtr<Gio::SimpleAction>& plainTextAction() const noexcept { return plainText_; }
+    /// Emitted when another message, or another view of it, is shown.
+    sigc::signal<void()>& signalShown() { return signalShown_; }
+
+private:
+    static Task prepareView(std::shared_ptr<MessageBody*> self);
+    void makeView(bool sandboxed);
+    bool wantsPlainText() const;
+    const Text* reason() const;
+    void changePlainText(const Glib::VariantBase& state);
+    void watch();
+    void giveUpWaiting();
+    void webShown();
+    void showView();
+    void showPlainText();
+
+    AppModel& model_;
+    std::optional<MailWebView> web_; // where its sandbox can start
+    PlainMessageView plain_;
+    Gtk::Box waiting_; // until it is known whether it can
+    Glib::RefPtr<Gio::SimpleAction> plainText_;
+    bool sandboxLacks_ = false;
+    std::optional<MailCore::UUID> watched_;    // the message that is awaited
+    std::optional<MailCore::UUID> unanswered_; // the message that was awaited in vain
+    sigc::connection watch_;
+    sigc::signal<void()> signalShown_;
+    std::shared_ptr<MessageBody*> self_; // emptied when this is gone
+};
+
+} // namespace TesselMail

@@ -1,0 +1,283 @@
+// The message in its window: page, plain text, header, links and captured links.
+#include "tests/Application/WindowFixture.h"
+
+#include <gmock/gmock.h>
+
+#include <csignal>
+#include <filesystem>
+#include <fstream>
+
+namespace TesselMail::Testing {
+namespace {
+
+using testing::HasSubstr;
+using testing::Not;
+
+/// Whether `widget` and all around it are shown.
+bool isShown(GtkWidget* widget) {
+    return gtk_widget_get_mapped(widget) && gtk_widget_get_child_visible(widget);
+}
+
+/// Every widget in `widget` that is shown.
+void addShown(GtkWidget* widget, std::vector<GtkWidget*>& found) {
+    if (!isShown(widget)) return;
+    found.push_back(widget);
+    for (GtkWidget* child = gtk_widget_get_first_child(widget); child;
+         child = gtk_widget_get_next_sibling(child))
+        addShown(child, found);
+}
+
+std::string textOf(GtkTextView* view) {
+    return Glib::wrap(gtk_text_view_get_buffer(view), true)->get_text();
+}
+
+/// The web process that `parent` or one of its children started; 0 when there is none.
+pid_t webProcess(pid_t parent) {
+    for (const auto& process : std::filesystem::directory_iterator("/proc")) {
+        std::ifstream file(process.path() / "stat");
+        std::string line;
+        std::getline(file, line);
+        const std::size_t end = line.rfind(')');
+        if (end == std::string::npos || std::stol(line.substr(end + 4)) != parent) continue;
+        const auto id = static_cast<pid_t>(std::stol(line));
+        if (line.find("(WebKitWebProces") != std::string::npos) return id;
+        if (const pid_t inner = webProcess(id)) return inner;
+    }
+    return 0;
+}
+
+class ReadingWindow : public Window {
+protected:
+    std::vector<GtkWidget*> shown() {
+        std::vector<GtkWidget*> found;
+        addShown(GTK_WIDGET(window_->gobj()), found);
+        return found;
+    }
+    /// The text of the one text view that is shown.
+    std::string plainText() {
+        for (GtkWidget* const widget : shown())
+            if (GTK_IS_TEXT_VIEW(widget)) return textOf(GTK_TEXT_VIEW(widget));
+        return {};
+    }
+    /// All labels that are shown, one a line.
+    std::string labels() {
+        std::string text;
+        for (GtkWidget* const widget : shown())
+            if (GTK_IS_LABEL(widget)) text.append(gtk_label_get_text(GTK_LABEL(widget))).append("\n");
+        return text;
+    }
+    GtkWidget* withTooltip(const std::string& tooltip) {
+        for (GtkWidget* const widget : shown()) {
+            const char* const text = gtk_widget_get_tooltip_text(widget);
+            if (text && text == tooltip) return widget;
+        }
+        return nullptr;
+    }
+    std::string pageText() { return evaluate("return document.body.innerText"); }
+    std::string linkPanel() { return popoverText(GTK_WIDGET(window_->gobj())); }
+    void clickLink(const std::string& address) {
+        evaluate("document.links[0].click()");
+        waitUntil([&] { return linkPanel().find(address) != std::string::npos; });
+    }
+    URL html(const std::string& name, const std::string& body) {
+        return folder_.write(name, Mail().from("ann@tessel.example").subject(name).html(body).string());
+    }
+};
+
+TEST_F(ReadingWindow, LeavesNothingOfAClosedMessageInThePage) {
+    open({html("a.eml", "<p>Private</p>")});
+    waitForPage("Private");
+    model_->closeAll();
+    waitUntil([this] { return pageText().empty(); });
+    open({html("b.eml", "<p>Other</p>")});
+    waitForPage("Other");
+}
+
+TEST_F(ReadingWindow, ShowsAMessageAsPlainTextAndBack) {
+    open({html("a.eml", "<p>One</p><ul><li>two</ul>"),
+          folder_.write("b.eml", Mail().subject("b").text(std::string("be\0fore", 7)).string())});
+    waitForPage("One");
+    window_->activate_action("win.plain-text");
+    EXPECT_EQ(plainText(), "One\n\n• two");
+    waitUntil([this] { return pageText().empty(); });
+    model_->selectCollection(idOf(1));
+    settle();
+    EXPECT_THAT(plainText(), HasSubstr("before"));
+    model_->closeAll();
+    EXPECT_EQ(plainText(), "");
+    open({html("c.eml", "<p>Three</p>")});
+    EXPECT_EQ(plainText(), "Three");
+    window_->activate_action("win.plain-text");
+    waitForPage("Three");
+    EXPECT_EQ(plainText(), "");
+}
+
+TEST_F(ReadingWindow, SaysWhyThereIsOnlyPlainText) {
+    window_.reset();
+    const std::string path = g_getenv("PATH");
+    g_setenv("PATH", "/nowhere", TRUE); // where no sandbox is to be found
+    window_ = std::make_unique<MainWindow>(*model_);
+    g_setenv("PATH", path.c_str(), TRUE);
+    window_->present();
+    open({html("a.eml", "<p>One<br>two</p>")});
+    waitUntil([this] { return plainText() == "One\ntwo"; });
+    EXPECT_THAT(labels(), HasSubstr(Texts::plainWithoutSandbox.english));
+    preferences_.setLanguage("zh-CN");
+    EXPECT_THAT(labels(), HasSubstr(Texts::plainWithoutSandbox.chinese));
+    EXPECT_FALSE(webView());
+}
+
+TEST_F(ReadingWindow, GivesUpOnAPageThatDoesNotAnswer) {
+    open({html("a.eml", "<p>First</p>"), html("b.eml", "<p>Second</p>"), html("c.eml", "<p>Third</p>")});
+    waitForPage("First");
+    const pid_t process = webProcess(getpid());
+    ASSERT_NE(process, 0);
+    kill(process, SIGSTOP);
+    model_->selectCollection(idOf(1));
+    // The page cannot let go of the first message, so nothing may stand above it that is of another.
+    waitUntil([this] {
+        const bool visible = isShown(GTK_WIDGET(webView())) && window_->get_visible() &&
+                             gtk_widget_get_opacity(gtk_widget_get_parent(GTK_WIDGET(webView()))) > 0;
+        const bool header = labels().find("\nb.eml\nFrom") != std::string::npos;
+        EXPECT_FALSE(visible && header);
+        return plainText() == "Second";
+    });
+    EXPECT_THAT(labels(), HasSubstr("\nb.eml\nFrom"));
+    EXPECT_THAT(labels(), HasSubstr(Texts::plainWithoutAnswer.english));
+    model_->selectCollection(idOf(2));
+    waitForPage("Third"); // in a process of its own
+    EXPECT_EQ(plainText(), "");
+    EXPECT_FALSE(model_->error->has_value());
+}
+
+TEST_F(ReadingWindow, ShowsRefusedLinksAsText) {
+    open(
+        {html("a.eml", "<p>A <a href='javascript:x()'>refused</a> <a href='https://tessel.example/'>kept</a> "
+                       "<a style='color:#ff0000' href='file:///x'>red</a></p>")});
+    waitForPage("refused");
+    const auto colour = [this](const std::string& selector) {
+        return evaluate("return getComputedStyle(document.querySelector('" + selector + "')).color");
+    };
+    EXPECT_EQ(colour("a:not([href])"), colour("p"));
+    EXPECT_NE(colour("a[href]"), colour("p"));
+    EXPECT_EQ(colour("a[style]"), "rgb(255, 0, 0)"); // which the message asked for
+}
+
+TEST_F(ReadingWindow, KeepsTheLinkPanelUntilAnotherMessageIsSelected) {
+    open({html("a.eml", "<p>Hello <a href='https://tessel.example/x'>there</a></p>"),
+          html("b.eml", "<p>Second</p>")});
+    waitForPage("Hello there");
+    clickLink("https://tessel.example/x");
+    preferences_.setTextSize(18);
+    drain();
+    EXPECT_THAT(linkPanel(), HasSubstr("https://tessel.example/x"));
+    preferences_.setLanguage("zh-CN");
+    EXPECT_THAT(linkPanel(), HasSubstr(Texts::copyLink.chinese));
+    model_->selectCollection(idOf(1));
+    EXPECT_EQ(linkPanel(), "");
+}
+
+TEST_F(ReadingWindow, WalksThroughTheLinksAndOutOfThePage) {
+    open({html("a.eml", "<p><a href='https://tessel.example/1'>one</a> "
+                        "<a href='https://tessel.example/2' style='visibility:hidden'>two</a> "
+                        "<a href='https://tessel.example/3'>three</a></p>")});
+    waitForPage("three");
+    const auto press = [this](guint key, GdkModifierType modifiers = {}) {
+        GListModel* const controllers = gtk_widget_observe_controllers(GTK_WIDGET(webView()));
+        gboolean handled = FALSE;
+        for (guint at = 0; at < g_list_model_get_n_items(controllers); ++at) {
+            const auto controller =
+                ObjectRef<GObject>::adopt(static_cast<GObject*>(g_list_model_get_item(controllers, at)));
+            if (GTK_IS_EVENT_CONTROLLER_KEY(controller.get()) &&
+                gtk_event_controller_get_propagation_phase(GTK_EVENT_CONTROLLER(controller.get())) ==
+                    GTK_PHASE_CAPTURE)
+                g_signal_emit_by_name(controller.get(), "key-pressed", key, 0, modifiers, &handled);
+        }
+        g_object_unref(controllers);
+        return handled != FALSE;
+    };
+    const auto focused = [this] { return evaluate("return document.activeElement.innerText"); };
+    const auto inPage = [this] { return gtk_widget_has_focus(GTK_WIDGET(webView())) != FALSE; };
+    window_->activate_action("win.search"); // some other place
+    gtk_widget_grab_focus(GTK_WIDGET(webView()));
+    EXPECT_TRUE(press(GDK_KEY_F7)); // or the web view would end the program
+    EXPECT_TRUE(press(GDK_KEY_Tab));
+    waitUntil([&] { return focused() == "one"; });
+    EXPECT_TRUE(press(GDK_KEY_Tab));
+    waitUntil([&] { return focused() == "three"; });
+    EXPECT_TRUE(inPage());
+    EXPECT_TRUE(press(GDK_KEY_Tab));
+    waitUntil([&] { return !inPage(); });
+    EXPECT_TRUE(window_->get_focus());
+}
+
+TEST_F(ReadingWindow, AddsNothingToWhatPeopleCopy) {
+    const std::string subject = "Subject \u05D0\u05D1";
+    open({folder_.write(
+        "a.eml", Mail().from("Ann \u202Eann@tessel.example").subject(subject).text("Hello").string())});
+    waitForPage("Hello");
+    const auto selectable = [this] {
+        std::string text;
+        for (GtkWidget* const widget : shown())
+            if (GTK_IS_LABEL(widget) && gtk_label_get_selectable(GTK_LABEL(widget)))
+                text.append(gtk_label_get_text(GTK_LABEL(widget))).append("\n");
+        return text;
+    };
+    EXPECT_THAT(selectable(), HasSubstr(subject + "\nAnn ann@tessel.example\n"));
+    model_->setShowDetails(true);
+    drain();
+    EXPECT_THAT(plainText(), HasSubstr("From: Ann ann@tessel.example"));
+    EXPECT_THAT(plainText(), Not(HasSubstr("\u2068")));
+    model_->open({*MailCore::URL::parse("mailto:ann@tessel.example?subject=%D7%90")});
+    EXPECT_THAT(selectable(), HasSubstr("ann@tessel.example\n\u05D0\n"));
+}
+
+TEST_F(ReadingWindow, ShowsPartOfALongLinkAndCopiesAllOfIt) {
+    const std::string word(60'000, 'x');
+    model_->open({*MailCore::URL::parse("mailto:ann@tessel.example?subject=" + word + "&body=" + word)});
+    EXPECT_LT(labels().size(), 30'000U);
+    EXPECT_THAT(labels(), HasSubstr("xxx…"));
+    g_signal_emit_by_name(buttonIn(GTK_WIDGET(window_->gobj()), "Copy details"), "clicked");
+    EXPECT_THAT(clipboardText(GTK_WIDGET(window_->gobj())), HasSubstr(word + "\n\n" + word));
+}
+
+TEST_F(ReadingWindow, PutsACapturedLinkAway) {
+    open({html("a.eml", "<p>First</p>")});
+    waitForPage("First");
+    for (const Text& language : {Text{"en", "Close"}, Text{"zh-CN", "关闭"}}) {
+        preferences_.setLanguage(std::string(language.english));
+        model_->open({*MailCore::URL::parse("mailto:ann@tessel.example")});
+        GtkWidget* const close = withTooltip(std::string(language.chinese));
+        ASSERT_TRUE(close);
+        g_signal_emit_by_name(close, "clicked");
+        EXPECT_FALSE(model_->capture->has_value());
+        settle();
+        waitForPage("First");
+    }
+}
+
+TEST_F(ReadingWindow, ReadsAnAttachedMessageThatIsOpenAlready) {
+    const std::string inner = Mail().subject("Inner").text("Inside").string();
+    open({folder_.write("a.eml", Mail()
+                                     .subject("Outer")
+                                     .part(Mail().text("Outside"))
+                                     .part(Mail().type("message/rfc822").text(inner))
+                                     .string())});
+    waitForPage("Outside");
+    for (int time = 0; time < 2; ++time) {
+        GtkButton* button = nullptr;
+        for (GtkWidget* const widget : shown())
+            if (GTK_IS_BUTTON(widget) && gtk_widget_has_css_class(widget, "attachment"))
+                button = GTK_BUTTON(widget);
+        ASSERT_TRUE(button);
+        g_signal_emit_by_name(button, "clicked");
+        EXPECT_EQ(gtk_widget_get_root(GTK_WIDGET(button)), GTK_ROOT(window_->gobj())); // still in its signal
+        waitForPage("Inside");
+        model_->selectCollection(idOf(0));
+        waitForPage("Outside");
+    }
+    EXPECT_EQ(model_->collections->size(), 2U);
+}
+
+} // namespace
+} // namespace TesselMail::Testing
