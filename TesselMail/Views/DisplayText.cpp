@@ -8,12 +8,16 @@ namespace TesselMail {
 
 namespace {
 
-// A character may carry any number of marks, each of which has to be drawn.
+constexpr std::size_t longestWord = 500; // code points
+
+// A character may carry any number of marks, each of which has to be drawn, and a word that has to be wrapped
+// takes time that grows with the square of its length.
 std::string_view shortened(std::string_view text, std::size_t characters) {
     text = MailCore::Text::prefix(text, characters);
     std::size_t at = 0;
-    for (std::size_t codePoint = 0; codePoint < 4 * characters && at < text.size(); ++codePoint)
-        MailCore::Text::next(text, at);
+    std::size_t word = 0;
+    for (std::size_t count = 0; count < 4 * characters && word <= longestWord && at < text.size(); ++count)
+        word = MailCore::Text::isWhitespace(MailCore::Text::next(text, at)) ? 0 : word + 1;
     return text.substr(0, at);
 }
 

@@ -8,8 +8,8 @@
 namespace TesselMail {
 
 /// `text` from a message as one line of the window: its direction kept to itself (U+2068 … U+2069), line
-/// breaks as spaces, and no longer than `characters`. For display only, never for a file name or an address
-/// to use.
+/// breaks as spaces, no longer than `characters` and ending with a word of 500. For display only, never for
+/// a file name or an address to use.
 std::string displayed(std::string_view text, std::size_t characters = 1'000);
 
 /// The same for a widget that holds nothing else and lets people select in it: nothing is added for its
