@@ -78,6 +78,7 @@ void CaptureView::copyOriginal() {
 }
 
 void CaptureView::close() {
+    signalLeft_.emit();
     model_.closeCapture();
 }
 

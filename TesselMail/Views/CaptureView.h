@@ -13,6 +13,8 @@ class CaptureView : public Gtk::ScrolledWindow {
 public:
     explicit CaptureView(AppModel& model);
     void focusCopying() { details_.grab_focus(); }
+    /// Emitted before people put the link away.
+    sigc::signal<void()>& signalLeft() { return signalLeft_; }
 
 private:
     void showCapture();
@@ -22,6 +24,7 @@ private:
     bool leave(Gtk::Widget& widget, const Glib::VariantBase& arguments);
 
     AppModel& model_;
+    sigc::signal<void()> signalLeft_;
     Gtk::Box content_{Gtk::Orientation::VERTICAL, 16};
     Gtk::Box head_{Gtk::Orientation::HORIZONTAL, 10};
     Gtk::Image icon_;

@@ -1,5 +1,7 @@
 #include "TesselMail/Views/ReadingPane.h"
 
+#include <utility>
+
 namespace TesselMail {
 namespace {
 
@@ -51,6 +53,7 @@ ReadingPane::ReadingPane(AppModel& model)
     model_.collections.signalChanged().connect(sigc::mem_fun(*this, &ReadingPane::showPage));
     model_.capture.signalChanged().connect(sigc::mem_fun(*this, &ReadingPane::showPage));
     model_.preferences().signalChanged().connect(sigc::mem_fun(*this, &ReadingPane::showTexts));
+    capture_.signalLeft().connect([this] { wantsFocus_ = true; });
     body_.signalShown().connect(sigc::mem_fun(*this, &ReadingPane::bodyShown));
     showTexts();
 }
@@ -129,9 +132,11 @@ void ReadingPane::showPage() {
         page = "failed";
     else if (!*model_.message || (*model_.reading && slow_))
         page = "empty";
-    const bool changed = stack_.get_visible_child_name() != page;
+    if (stack_.get_visible_child_name() == page) return;
     stack_.set_visible_child(page);
-    if (changed && *model_.capture) capture_.focusCopying();
+    if (*model_.capture) return capture_.focusCopying();
+    if (stack_.get_visible_child() == &empty_) return; // the message comes
+    if (std::exchange(wantsFocus_, false) && stack_.get_visible_child() == &message_) focusBody();
 }
 
 void ReadingPane::showReading() {

@@ -56,7 +56,8 @@ private:
     AttachmentBar attachments_;
     MessageBody body_;
     sigc::connection otherDelay_;
-    bool slow_ = false; // the message that is being read lets people wait
+    bool wantsFocus_ = false; // the next message gets the focus, which the captured link had
+    bool slow_ = false;       // the message that is being read lets people wait
 };
 
 } // namespace TesselMail
