@@ -52,13 +52,6 @@ void styleRefusedLinks(WebKitWebView* view) {
     webkit_user_style_sheet_unref(sheet);
 }
 
-// A folder of this run's own for the compiled rules, which are of no use to anybody else.
-std::string makeRulesFolder() {
-    g_mkdir_with_parents(g_get_user_cache_dir(), 0700);
-    std::string path = std::string(g_get_user_cache_dir()) + "/tessel-mail-rules-XXXXXX";
-    return g_mkdtemp(path.data()) ? path : std::string();
-}
-
 MailWebCoordinator::Navigation navigationOf(WebKitPolicyDecision* decision) {
     WebKitNavigationAction* const action =
         webkit_navigation_policy_decision_get_navigation_action(WEBKIT_NAVIGATION_POLICY_DECISION(decision));
@@ -77,12 +70,18 @@ MailWebCoordinator::Navigation navigationOf(WebKitPolicyDecision* decision) {
 
 } // namespace
 
-MailWebView::MailWebView(AppModel& model)
+std::string MailWebView::makeRulesFolder() {
+    g_mkdir_with_parents(g_get_user_cache_dir(), 0700);
+    std::string path = std::string(g_get_user_cache_dir()) + "/tessel-mail-rules-XXXXXX";
+    return g_mkdtemp(path.data()) ? path : std::string();
+}
+
+MailWebView::MailWebView(AppModel& model, std::string rulesFolder)
     : Glib::ObjectBase("TesselMailWebView"), Glib::ExtraClassInit(letFocusLeave), model_(model),
       session_(ObjectRef<WebKitNetworkSession>::adopt(webkit_network_session_new_ephemeral())),
       view_(makeView(session_.get())), page_(view_), link_(*this, model.preferences()),
       copyLink_(Gio::SimpleAction::create(copyLinkAction, Glib::VARIANT_TYPE_STRING)),
-      self_(std::make_shared<MailWebView*>(this)),
+      rulesFolder_(std::move(rulesFolder)), self_(std::make_shared<MailWebView*>(this)),
       coordinator_(
           page_,
           [this](const std::string& address, MailCore::UUID, PageRectangle place) {
@@ -123,7 +122,6 @@ MailWebView::~MailWebView() {
     coordinator_.retire();
     g_signal_handlers_disconnect_by_data(view_.get(), this);
     unset_child();
-    if (rulesFolder_.empty()) return;
     std::error_code ignored; // usually gone already
     std::filesystem::remove_all(rulesFolder_, ignored);
 }
@@ -191,8 +189,6 @@ void MailWebView::configure() {
 
 // Nothing is loaded before the rules that block the network and the file system are in force.
 void MailWebView::compileRules() {
-    rulesFolder_ = makeRulesFolder();
-    if (rulesFolder_.empty()) return installed(false);
     rules_ = ObjectRef<WebKitUserContentFilterStore>::adopt(
         webkit_user_content_filter_store_new(rulesFolder_.c_str()));
     GBytes* const source = g_bytes_new_static(MailCore::MailSecurity::contentRules.data(),
@@ -219,12 +215,8 @@ void MailWebView::rulesCompiled(GAsyncResult* result) {
     // The rules stay mapped; their file has served.
     std::error_code ignored;
     std::filesystem::remove_all(rulesFolder_, ignored);
-    installed(filter != nullptr);
-}
-
-void MailWebView::installed(bool succeeded) {
-    coordinator_.rulesInstalled(succeeded);
-    if (!succeeded) signalShown_.emit();
+    coordinator_.rulesInstalled(filter != nullptr);
+    if (!filter) signalShown_.emit();
 }
 
 std::uint32_t MailWebView::showPaper(bool dark) {

@@ -20,8 +20,14 @@ class AppModel;
 /// its own empty page. `model` outlives it.
 class MailWebView : public Glib::ExtraClassInit, public Gtk::Overlay {
 public:
-    explicit MailWebView(AppModel& model);
+    /// `rulesFolder` comes from `makeRulesFolder` and is removed again.
+    MailWebView(AppModel& model, std::string rulesFolder);
     ~MailWebView() override;
+
+    /// A folder of this run's own for the compiled rules, which are of no use to anybody else; empty when it
+    /// cannot be made. Without it no web view is made: its processes need the same place, and end the program
+    /// where there is none.
+    static std::string makeRulesFolder();
 
     /// Shows what the model shows; called again after any change of it, of the theme or of the text size.
     void update(bool dark, bool interactive);
@@ -43,7 +49,6 @@ private:
     void configure();
     std::uint32_t showPaper(bool dark);
     void compileRules();
-    void installed(bool succeeded);
     void rulesCompiled(GAsyncResult* result);
     bool decide(WebKitPolicyDecision* decision, WebKitPolicyDecisionType type);
     bool press(guint key, Gdk::ModifierType modifiers);
@@ -64,7 +69,7 @@ private:
     sigc::signal<void()> signalShown_;
     const MailCore::UUID emptyPage_ = MailCore::UUID::random();
     bool loadFailed_ = false;
-    std::string rulesFolder_; // empty when it could not be made
+    std::string rulesFolder_;
     ObjectRef<WebKitUserContentFilterStore> rules_;
     std::shared_ptr<MailWebView*> self_; // emptied when this is gone
     MailWebCoordinator coordinator_;

@@ -42,9 +42,11 @@ Task MessageBody::prepareView(std::shared_ptr<MessageBody*> self) {
 }
 
 void MessageBody::makeView(bool sandboxed) {
-    sandboxLacks_ = !sandboxed;
-    if (sandboxed) {
-        web_.emplace(model_);
+    lacksSandbox_ = !sandboxed;
+    std::string folder = sandboxed ? MailWebView::makeRulesFolder() : std::string();
+    lacksFolder_ = sandboxed && folder.empty();
+    if (!folder.empty()) {
+        web_.emplace(model_, std::move(folder));
         web_->set_vexpand(true);
         web_->add_css_class("reading-view");
         web_->signalShown().connect(sigc::mem_fun(*this, &MessageBody::webShown));
@@ -55,10 +57,14 @@ void MessageBody::makeView(bool sandboxed) {
 }
 
 const Text* MessageBody::reason() const {
-    if (sandboxLacks_) return &Texts::plainWithoutSandbox;
-    if (web_ && web_->lacksRules()) return &Texts::plainWithoutRules;
+    if (lacksSandbox_) return &Texts::plainWithoutSandbox;
+    if (lacksRules()) return &Texts::plainWithoutRules;
     if (unanswered_ == *model_.selectionVersion) return &Texts::plainWithoutAnswer;
     return nullptr;
+}
+
+bool MessageBody::lacksRules() const {
+    return lacksFolder_ || (web_ && web_->lacksRules());
 }
 
 bool MessageBody::wantsPlainText() const {
@@ -72,7 +78,7 @@ bool MessageBody::showsPlainText() const {
 }
 
 void MessageBody::update() {
-    plainText_->set_enabled(!sandboxLacks_ && !(web_ && web_->lacksRules()));
+    plainText_->set_enabled(!lacksSandbox_ && !lacksRules());
     if (web_) {
         // A process that has kept one message waiting is not given another.
         if (unanswered_ && unanswered_ != *model_.selectionVersion) {
@@ -90,7 +96,7 @@ void MessageBody::update() {
 
 void MessageBody::watch() {
     const MailCore::UUID awaited = *model_.selectionVersion;
-    const bool waits = web_ && !wantsPlainText() && !web_->lacksRules() && *model_.message &&
+    const bool waits = web_ && !wantsPlainText() && !lacksRules() && *model_.message &&
                        !*model_.readerFailed && unanswered_ != awaited && web_->shown() != awaited;
     if (!waits) {
         watch_.disconnect();

@@ -39,6 +39,7 @@ private:
     static Task prepareView(std::shared_ptr<MessageBody*> self);
     void makeView(bool sandboxed);
     bool wantsPlainText() const;
+    bool lacksRules() const;
     const Text* reason() const;
     void changePlainText(const Glib::VariantBase& state);
     void watch();
@@ -52,7 +53,8 @@ private:
     PlainMessageView plain_;
     Gtk::Box waiting_; // until it is known whether it can
     Glib::RefPtr<Gio::SimpleAction> plainText_;
-    bool sandboxLacks_ = false;
+    bool lacksSandbox_ = false;
+    bool lacksFolder_ = false;                 // for the rules of the web view
     std::optional<MailCore::UUID> watched_;    // the message that is awaited
     std::optional<MailCore::UUID> unanswered_; // the message that was awaited in vain
     sigc::connection watch_;

@@ -235,7 +235,7 @@ TEST_F(ReadingWindow, AddsNothingToWhatPeopleCopy) {
 TEST_F(ReadingWindow, ShowsPartOfALongLinkAndCopiesAllOfIt) {
     const std::string word(60'000, 'x');
     model_->open({*MailCore::URL::parse("mailto:ann@tessel.example?subject=" + word + "&body=" + word)});
-    EXPECT_LT(labels().size(), 30'000U);
+    EXPECT_LT(labels().size(), 5'000U);
     EXPECT_THAT(labels(), HasSubstr("xxx…"));
     g_signal_emit_by_name(buttonIn(GTK_WIDGET(window_->gobj()), "Copy details"), "clicked");
     EXPECT_THAT(clipboardText(GTK_WIDGET(window_->gobj())), HasSubstr(word + "\n\n" + word));
@@ -253,6 +253,7 @@ TEST_F(ReadingWindow, PutsACapturedLinkAway) {
         EXPECT_FALSE(model_->capture->has_value());
         settle();
         waitForPage("First");
+        EXPECT_TRUE(gtk_widget_has_focus(GTK_WIDGET(webView())));
     }
 }
 
