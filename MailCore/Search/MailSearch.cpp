@@ -74,6 +74,7 @@ Results scan(std::span<const SharedEntry> entries, std::string_view text, const 
         if (!matches) ++results.unreadable;
         if (matches.value_or(false)) results.entries.push_back(entry);
     }
+    reader.confirm();
     return results;
 }
 

@@ -49,11 +49,19 @@ ByteView TextReader::range(const MessageEntry& entry) {
         if (!isStillThere) open(entry);
         fill(entry.offset, length, isSameFile && length <= smallMessage ? readChunk : length);
     }
+    readAhead_ = isBuffered;
     if (entry.revision) requireUnchanged(handle_, *entry.revision);
     return ByteView(buffer_).subspan(static_cast<std::size_t>(entry.offset - start_), length);
 }
 
+void TextReader::confirm() const {
+    if (!readAhead_) return;
+    const auto there = FileRevision::at(file_.path());
+    if (there && *there != revision_) throw MailError(MailError::sourceChanged);
+}
+
 void TextReader::open(const MessageEntry& entry) {
+    confirm();
     handle_ = FileHandle();
     filled_ = 0;
     FileHandle handle = openSource(entry.file);

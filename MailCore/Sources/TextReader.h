@@ -20,6 +20,9 @@ public:
 
     /// The texts of the message of `entry`. Throws what `message` throws for it.
     MIME::Texts texts(const MessageEntry& entry);
+    /// Proves what was read ahead once more: throws MailError::sourceChanged when another file stands at the
+    /// address of the last one by now. Called before anything that was read is told to people.
+    void confirm() const;
 
 private:
     /// Makes `handle_` the file of `entry`, proven to be the one at its address and the one that was indexed.
@@ -35,6 +38,7 @@ private:
     Bytes buffer_; // what was read last: `filled_` bytes of the open file from `start_` on
     ByteOffset start_ = 0;
     std::size_t filled_ = 0;
+    bool readAhead_ = false; // some text came from the buffer since its file was proven to be at its address
 };
 
 } // namespace MailCore::MailReader

@@ -154,21 +154,32 @@ TEST(MailSearch, StopsAtAFileThatChanged) {
 }
 
 TEST(MailSearch, NoticesThatAnotherFileStandsAtTheAddress) {
-    const TemporaryFolder folder;
-    std::string archive;
-    for (int count = 0; count < 50; ++count)
-        archive += envelope + "Subject: x\n\n" + std::string(20'000, 'a') + "\n\n";
-    folder.write("a.mbox", archive);
-    const EntryList entries = collectionOf(folder.url("a.mbox")).entries;
-    int asked = 0;
-    const Cancelled hook = [&] {
-        if (++asked == 40) {
-            folder.write("b.mbox", archive);
-            std::filesystem::rename(folder.path("b.mbox"), folder.path("a.mbox"));
-        }
-        return false;
+    struct Case {
+        const char* name;
+        std::size_t messages;
+        std::size_t length;
+        int replacedAt; // which question of whether to go on
     };
-    EXPECT_EQ(errorOf([&] { MailSearch::scan(entries, "nothing", hook, Rules::standard); }), "sourceChanged");
+    for (const Case& c :
+         {Case{"before more is read", 50, 20'000, 40}, Case{"after all has been read ahead", 3, 20, 5}}) {
+        SCOPED_TRACE(c.name);
+        const TemporaryFolder folder;
+        std::string archive;
+        for (std::size_t count = 0; count < c.messages; ++count)
+            archive += envelope + "Subject: x\n\n" + std::string(c.length, 'a') + "\n\n";
+        folder.write("a.mbox", archive);
+        const EntryList entries = collectionOf(folder.url("a.mbox")).entries;
+        int asked = 0;
+        const Cancelled hook = [&] {
+            if (++asked == c.replacedAt) {
+                folder.write("b.mbox", archive);
+                std::filesystem::rename(folder.path("b.mbox"), folder.path("a.mbox"));
+            }
+            return false;
+        };
+        EXPECT_EQ(errorOf([&] { MailSearch::scan(entries, "aaa", hook, Rules::standard); }), "sourceChanged");
+        EXPECT_GE(asked, c.replacedAt);
+    }
 }
 
 TEST(MailSearch, StopsWhenItIsCancelled) {
