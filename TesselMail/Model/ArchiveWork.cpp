@@ -183,7 +183,11 @@ Later<SearchResults> search(MailCore::EntryList entries, std::string query, bool
 void release(SharedList list) {
     // By way of the interface thread: its views, which hear of the change in this very turn, let go first.
     InterfaceThread::post([list = std::move(list)]() mutable {
-        queues().searching().submit([list = std::move(list)]() mutable { list.reset(); });
+        try {
+            queues().searching().submit([list = std::move(list)]() mutable { list.reset(); });
+        } catch (const std::exception&) {
+            // There is no thread for it: it goes here and now.
+        }
     });
 }
 
