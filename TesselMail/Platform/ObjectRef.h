@@ -35,4 +35,23 @@ private:
     Object* object_ = nullptr;
 };
 
+/// Watches a GObject that belongs to somebody else and may go at any time.
+template <typename Object>
+class ObjectWatch {
+public:
+    ObjectWatch() noexcept { g_weak_ref_init(&object_, nullptr); }
+    ObjectWatch(const ObjectWatch&) = delete;
+    ObjectWatch& operator=(const ObjectWatch&) = delete;
+    ~ObjectWatch() { g_weak_ref_clear(&object_); }
+
+    void set(Object* object) noexcept { g_weak_ref_set(&object_, object); }
+    /// The object while it is there.
+    ObjectRef<Object> get() noexcept {
+        return ObjectRef<Object>::adopt(static_cast<Object*>(g_weak_ref_get(&object_)));
+    }
+
+private:
+    GWeakRef object_{};
+};
+
 } // namespace TesselMail

@@ -2,6 +2,12 @@
 
 namespace TesselMail::Adwaita {
 
+void attach(GtkWindow* window, Gtk::Window& parent) {
+    gtk_window_set_transient_for(window, parent.gobj());
+    gtk_window_set_destroy_with_parent(window, TRUE);
+    gtk_window_set_application(window, gtk_window_get_application(parent.gobj()));
+}
+
 HeaderBar::HeaderBar()
     : bar_(ADW_HEADER_BAR(adw_header_bar_new())), title_(ADW_WINDOW_TITLE(adw_window_title_new("", ""))) {
     adw_header_bar_set_title_widget(bar_, GTK_WIDGET(title_));

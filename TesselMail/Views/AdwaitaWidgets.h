@@ -15,6 +15,9 @@ Gtk::Widget& wrapped(Object* widget) {
     return *Glib::wrap(GTK_WIDGET(widget));
 }
 
+/// Makes `window` stand before `parent`, go with it and answer to the keys of the whole application.
+void attach(GtkWindow* window, Gtk::Window& parent);
+
 /// A header bar with `title` in the middle and `subtitle` below it when there is one.
 class HeaderBar {
 public:

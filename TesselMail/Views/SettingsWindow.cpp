@@ -1,5 +1,8 @@
 #include "TesselMail/Views/SettingsWindow.h"
 
+#include "TesselMail/Platform/InterfaceThread.h"
+#include "TesselMail/Views/AdwaitaWidgets.h"
+
 #include <algorithm>
 #include <array>
 #include <string>
@@ -20,27 +23,38 @@ guint placeOf(const Values& values, const Value& value) {
     return found == values.end() ? GTK_INVALID_LIST_POSITION : static_cast<guint>(found - values.begin());
 }
 
+bool offers(GListModel* list, const std::vector<std::string>& choices) {
+    if (!list || g_list_model_get_n_items(list) != choices.size()) return false;
+    for (guint at = 0; at < choices.size(); ++at)
+        if (choices[at] != gtk_string_list_get_string(GTK_STRING_LIST(list), at)) return false;
+    return true;
+}
+
+// A row that loses its list loses its open choices with it: only other texts are worth that.
 void offer(AdwComboRow* row, const std::string& title, const std::vector<std::string>& choices,
            guint chosen) {
     adw_preferences_row_set_title(ADW_PREFERENCES_ROW(row), title.c_str());
-    std::vector<const char*> texts;
-    for (const std::string& choice : choices) texts.push_back(choice.c_str());
-    texts.push_back(nullptr);
-    const auto list = Glib::wrap(G_OBJECT(gtk_string_list_new(texts.data())));
-    adw_combo_row_set_model(row, G_LIST_MODEL(list->gobj()));
-    adw_combo_row_set_selected(row, chosen);
+    if (!offers(adw_combo_row_get_model(row), choices)) {
+        std::vector<const char*> texts;
+        for (const std::string& choice : choices) texts.push_back(choice.c_str());
+        texts.push_back(nullptr);
+        const auto list = ObjectRef<GtkStringList>::adopt(gtk_string_list_new(texts.data()));
+        adw_combo_row_set_model(row, G_LIST_MODEL(list.get()));
+    }
+    if (adw_combo_row_get_selected(row) != chosen) adw_combo_row_set_selected(row, chosen);
 }
 
 } // namespace
 
 SettingsWindow::SettingsWindow(AppModel& model, Gtk::Window& parent)
-    : model_(model), window_(ADW_PREFERENCES_WINDOW(adw_preferences_window_new())),
+    : model_(model),
+      window_(ObjectRef<AdwPreferencesWindow>::retain(ADW_PREFERENCES_WINDOW(adw_preferences_window_new()))),
       page_(ADW_PREFERENCES_PAGE(adw_preferences_page_new())),
       self_(std::make_shared<SettingsWindow*>(this)) {
-    gtk_window_set_transient_for(GTK_WINDOW(window_), parent.gobj());
-    gtk_window_set_hide_on_close(GTK_WINDOW(window_), TRUE);
-    adw_preferences_window_set_search_enabled(window_, FALSE);
-    adw_preferences_window_add(window_, page_);
+    Adwaita::attach(window(), parent);
+    gtk_window_set_hide_on_close(window(), TRUE);
+    adw_preferences_window_set_search_enabled(window_.get(), FALSE);
+    adw_preferences_window_add(window_.get(), page_);
     reading_ = addGroup();
     language_ = addChoice(reading_);
     appearance_ = addChoice(reading_);
@@ -58,10 +72,11 @@ SettingsWindow::SettingsWindow(AppModel& model, Gtk::Window& parent)
 SettingsWindow::~SettingsWindow() {
     *self_ = nullptr;
     changed_.disconnect();
+    // Our reference keeps the rows in place until here, also when the toolkit has closed the window itself.
     for (gpointer const object : {static_cast<gpointer>(language_), static_cast<gpointer>(appearance_),
                                   static_cast<gpointer>(textSize_), static_cast<gpointer>(becomeHandler_)})
         g_signal_handlers_disconnect_by_data(object, this);
-    gtk_window_destroy(GTK_WINDOW(window_));
+    gtk_window_destroy(window());
 }
 
 AdwPreferencesGroup* SettingsWindow::addGroup() {
@@ -98,7 +113,7 @@ void SettingsWindow::showTexts() {
     const Preferences& preferences = model_.preferences();
     const auto text = [&preferences](const Text& pair) { return preferences.text(pair); };
     const bool before = std::exchange(updating_, true);
-    gtk_window_set_title(GTK_WINDOW(window_), text(Texts::settings).c_str());
+    gtk_window_set_title(window(), text(Texts::settings).c_str());
     adw_preferences_group_set_title(reading_, text(Texts::readingSettings).c_str());
     offer(language_, text(Texts::language),
           {text(Texts::automatic), text(Texts::english), text(Texts::simplifiedChinese)},
@@ -117,9 +132,17 @@ void SettingsWindow::showTexts() {
     updating_ = before;
 }
 
+// The row is in the middle of telling of its choice, and a change of settings gives rows other texts: it
+// waits until the row is done.
 void SettingsWindow::choose(AdwComboRow* row) {
     const guint place = adw_combo_row_get_selected(row);
     if (updating_ || place == GTK_INVALID_LIST_POSITION) return;
+    InterfaceThread::post([self = self_, row, place] {
+        if (*self) (*self)->store(row, place);
+    });
+}
+
+void SettingsWindow::store(const AdwComboRow* row, guint place) {
     Preferences& preferences = model_.preferences();
     if (row == language_ && place < languages.size())
         preferences.setLanguage(std::string(languages[place]));
@@ -132,7 +155,7 @@ void SettingsWindow::choose(AdwComboRow* row) {
 void SettingsWindow::askToBecomeHandler() {
     const Preferences& preferences = model_.preferences();
     auto* const question = ADW_MESSAGE_DIALOG(
-        adw_message_dialog_new(GTK_WINDOW(window_), preferences.text(Texts::becomeHandlerQuestion).c_str(),
+        adw_message_dialog_new(window(), preferences.text(Texts::becomeHandlerQuestion).c_str(),
                                preferences.text(Texts::becomeHandlerHint).c_str()));
     adw_message_dialog_add_response(question, "yes", preferences.text(Texts::becomeHandlerAnswer).c_str());
     adw_message_dialog_add_response(question, "cancel", preferences.text(Texts::cancel).c_str());

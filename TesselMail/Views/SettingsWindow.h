@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TesselMail/Model/AppModel.h"
+#include "TesselMail/Platform/ObjectRef.h"
 
 #include <adwaita.h>
 #include <gtkmm.h>
@@ -17,19 +18,21 @@ public:
     SettingsWindow& operator=(const SettingsWindow&) = delete;
     ~SettingsWindow();
 
-    void present() { gtk_window_present(GTK_WINDOW(window_)); }
+    void present() { gtk_window_present(window()); }
 
 private:
+    GtkWindow* window() const { return GTK_WINDOW(window_.get()); }
     AdwPreferencesGroup* addGroup();
     AdwComboRow* addChoice(AdwPreferencesGroup* group);
     void addHandlerRows();
     void showTexts();
     void choose(AdwComboRow* row);
+    void store(const AdwComboRow* row, guint place);
     void askToBecomeHandler();
     static Task becomeHandler(std::shared_ptr<SettingsWindow*> self, Later<bool> done);
 
     AppModel& model_;
-    AdwPreferencesWindow* window_;
+    ObjectRef<AdwPreferencesWindow> window_;
     AdwPreferencesPage* page_;
     AdwPreferencesGroup* reading_ = nullptr;
     AdwComboRow* language_ = nullptr;
