@@ -1,8 +1,10 @@
 #include "TesselMail/Model/AppModel.h"
 #include "TesselMail/Model/ApplicationID.h"
 #include "TesselMail/Model/ArchiveWork.h"
+#include "TesselMail/Platform/InterfaceThread.h"
 #include "TesselMail/Platform/NativeDesktop.h"
 #include "TesselMail/Platform/NativeFilePanels.h"
+#include "TesselMail/Views/AdwaitaWidgets.h"
 #include "TesselMail/Views/MainWindow.h"
 
 #include <adwaita.h>
@@ -21,8 +23,6 @@ public:
         : Gtk::Application(applicationID, Gio::Application::Flags::HANDLES_OPEN),
           preferences_(Preferences::ofUser()), model_(AppModel::create(preferences_, panels_, desktop_)) {
         desktop_.attach([this] { present(); });
-        // GTK would quit by itself with the last window, but not let go of what is open.
-        signal_shutdown().connect([this] { model_->closeAll(); });
     }
 
 protected:
@@ -31,9 +31,9 @@ protected:
         adw_init();
         Gtk::Window::set_default_icon_name(applicationID);
         add_action("about", sigc::mem_fun(*this, &Application::showAbout));
-        add_action("quit", sigc::mem_fun(*this, &Application::quit));
+        add_action("quit", sigc::mem_fun(*this, &Application::leave));
         set_accels_for_action("win.open", {"<Control>o"});
-        set_accels_for_action("win.close", {"<Control>w"});
+        set_accels_for_action("window.close", {"<Control>w"});
         set_accels_for_action("win.close-all", {"<Control><Shift>w"});
         set_accels_for_action("win.export-original", {"<Control><Shift>s"});
         set_accels_for_action("win.details", {"<Control>i"});
@@ -44,6 +44,13 @@ protected:
     }
 
     void on_activate() override { present(); }
+
+    // The session may end the program with its window open.
+    void on_shutdown() override {
+        model_->closeAll();
+        takeWindowApart();
+        Gtk::Application::on_shutdown();
+    }
 
     void on_open(const type_vec_files& files, const Glib::ustring&) override {
         std::vector<MailCore::URL> urls;
@@ -61,23 +68,45 @@ private:
     void present() {
         if (!window_) {
             window_ = std::make_unique<MainWindow>(*model_);
-            window_->signal_hide().connect(sigc::mem_fun(*this, &Application::closed));
+            // Before the toolkit's own answer, which destroys the window under its views.
+            window_->signal_close_request().connect(sigc::mem_fun(*this, &Application::closeWindow), false);
             panels_.attach(window_.get());
             add_window(*window_);
+            stayForLinks(false);
         }
         window_->present();
     }
 
-    // The window is still in the middle of its signal. Where mail links come here, the program stays for
-    // them.
-    void closed() {
+    // The window is in the middle of its signal: it goes when that is over, and the program with it unless
+    // mail links come here.
+    bool closeWindow() {
+        window_->set_visible(false);
         model_->closeAll();
-        if (!staysForLinks_ && NativeDesktop::handlesMail()) {
-            hold();
-            staysForLinks_ = true;
-        }
+        if (NativeDesktop::handlesMail()) stayForLinks(true);
+        InterfaceThread::post([this] { takeWindowApart(); });
+        return true;
+    }
+
+    void takeWindowApart() {
         panels_.attach(nullptr);
-        Glib::signal_idle().connect_once([closing = std::shared_ptr<MainWindow>(std::move(window_))] {});
+        window_.reset();
+    }
+
+    // Without a window, for as long as mail links come here.
+    void stayForLinks(bool stay) {
+        if (stay == handlerChanged_.connected()) return;
+        handlerChanged_.disconnect();
+        if (!stay) return release();
+        hold();
+        handlers_ = Gio::AppInfoMonitor::get(); // tells of changes while somebody holds it
+        handlerChanged_ = handlers_->signal_changed().connect([this] {
+            if (!NativeDesktop::handlesMail()) stayForLinks(false);
+        });
+    }
+
+    void leave() {
+        if (window_) closeWindow();
+        InterfaceThread::post([this] { quit(); });
     }
 
     void showAbout() {
@@ -87,7 +116,7 @@ private:
         adw_about_window_set_application_icon(window, applicationID);
         adw_about_window_set_version(window, TESSEL_VERSION);
         adw_about_window_set_comments(window, preferences_.text(Texts::aboutText).c_str());
-        gtk_window_set_transient_for(GTK_WINDOW(window), GTK_WINDOW(window_->gobj()));
+        Adwaita::attach(GTK_WINDOW(window), *window_);
         gtk_window_set_modal(GTK_WINDOW(window), TRUE);
         gtk_window_present(GTK_WINDOW(window));
     }
@@ -97,7 +126,8 @@ private:
     NativeDesktop desktop_;
     std::shared_ptr<AppModel> model_;
     std::unique_ptr<MainWindow> window_;
-    bool staysForLinks_ = false;
+    Glib::RefPtr<Gio::AppInfoMonitor> handlers_;
+    sigc::connection handlerChanged_; // while the program stays for mail links
 };
 
 } // namespace

@@ -41,6 +41,13 @@ void leaveRecentFilesAlone() {
     g_type_class_unref(manager);
 }
 
+// Where the panel is a window of the toolkit's, it answers to the application's keys like every other one.
+void answerToKeys(Gtk::Window& parent) {
+    for (Gtk::Window* const window : Gtk::Window::list_toplevels())
+        if (GTK_IS_FILE_CHOOSER(window->gobj()) && window->get_transient_for() == &parent)
+            gtk_window_set_application(window->gobj(), gtk_window_get_application(parent.gobj()));
+}
+
 } // namespace
 
 NativeFilePanels::NativeFilePanels() {
@@ -64,6 +71,7 @@ void NativeFilePanels::run(Glib::RefPtr<Gtk::FileChooserNative> chooser, Finish 
     shown_->set_modal(true);
     shown_->signal_response().connect(sigc::mem_fun(*this, &NativeFilePanels::respond));
     shown_->show();
+    if (window_) answerToKeys(*window_);
 }
 
 // The answer is posted: the panel is still in the middle of its signal. A second response of the same panel

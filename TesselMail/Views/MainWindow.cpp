@@ -80,9 +80,9 @@ MainWindow::MainWindow(AppModel& model)
 MainWindow::~MainWindow() {
     g_signal_handlers_disconnect_by_data(outer_, this);
     g_signal_handlers_disconnect_by_data(inner_, this);
-    if (errorDialog_) {
-        g_signal_handlers_disconnect_by_data(errorDialog_, this);
-        gtk_window_destroy(GTK_WINDOW(errorDialog_));
+    if (const auto dialog = errorDialog_.get()) {
+        g_signal_handlers_disconnect_by_data(dialog.get(), this);
+        gtk_window_destroy(GTK_WINDOW(dialog.get()));
     }
 }
 
@@ -115,7 +115,6 @@ void MainWindow::arrangePanes() {
 void MainWindow::addActions() {
     add_action("open", sigc::mem_fun(model_, &AppModel::chooseFiles));
     add_action("open-folder", sigc::mem_fun(model_, &AppModel::chooseFolder));
-    add_action("close", sigc::mem_fun(*this, &MainWindow::close));
     closeAll_ = add_action("close-all", sigc::mem_fun(model_, &AppModel::closeAll));
     export_ = add_action("export-original", sigc::mem_fun(model_, &AppModel::exportOriginal));
     add_action("search", sigc::mem_fun(list_, &MessageList::focusSearch));
@@ -218,26 +217,29 @@ void MainWindow::showAppearance() {
 }
 
 void MainWindow::showError() {
+    const auto shown = errorDialog_.get();
     if (!*model_.error) {
-        if (errorDialog_) gtk_window_close(GTK_WINDOW(errorDialog_));
+        if (shown) gtk_window_close(GTK_WINDOW(shown.get()));
         return;
     }
-    if (errorDialog_) return adw_message_dialog_set_body(errorDialog_, (*model_.error)->c_str());
+    if (shown) return adw_message_dialog_set_body(shown.get(), (*model_.error)->c_str());
 
     const Preferences& preferences = model_.preferences();
-    errorDialog_ = ADW_MESSAGE_DIALOG(
+    auto* const dialog = ADW_MESSAGE_DIALOG(
         adw_message_dialog_new(gobj() ? GTK_WINDOW(gobj()) : nullptr,
                                preferences.text(Texts::couldNotComplete).c_str(), (*model_.error)->c_str()));
-    adw_message_dialog_add_response(errorDialog_, "ok", preferences.text(Texts::ok).c_str());
-    adw_message_dialog_set_default_response(errorDialog_, "ok");
-    adw_message_dialog_set_close_response(errorDialog_, "ok");
-    g_signal_connect_swapped(errorDialog_, "response",
+    Adwaita::attach(GTK_WINDOW(dialog), *this);
+    adw_message_dialog_add_response(dialog, "ok", preferences.text(Texts::ok).c_str());
+    adw_message_dialog_set_default_response(dialog, "ok");
+    adw_message_dialog_set_close_response(dialog, "ok");
+    g_signal_connect_swapped(dialog, "response",
                              G_CALLBACK(+[](MainWindow* self) { self->errorDismissed(); }), this);
-    gtk_window_present(GTK_WINDOW(errorDialog_));
+    errorDialog_.set(dialog);
+    gtk_window_present(GTK_WINDOW(dialog));
 }
 
 void MainWindow::errorDismissed() {
-    errorDialog_ = nullptr;
+    errorDialog_.set(nullptr);
     model_.dismissError();
 }
 

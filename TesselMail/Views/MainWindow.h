@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TesselMail/Model/AppModel.h"
+#include "TesselMail/Platform/ObjectRef.h"
 #include "TesselMail/Views/MessageList.h"
 #include "TesselMail/Views/OpeningBar.h"
 #include "TesselMail/Views/ReadingPane.h"
@@ -56,7 +57,7 @@ private:
     Glib::RefPtr<Gio::SimpleAction> closeAll_;
     Glib::RefPtr<Gio::SimpleAction> export_;
     Glib::RefPtr<Gio::SimpleAction> details_;
-    AdwMessageDialog* errorDialog_ = nullptr;  // while it is open
+    ObjectWatch<AdwMessageDialog> errorDialog_;
     std::unique_ptr<SettingsWindow> settings_; // from its first use
 };
 
