@@ -6,6 +6,7 @@
 #include "TesselMail/Platform/NativeFilePanels.h"
 #include "TesselMail/Views/AdwaitaWidgets.h"
 #include "TesselMail/Views/MainWindow.h"
+#include "TesselMail/Views/Shortcuts.h"
 
 #include <adwaita.h>
 #include <gtkmm.h>
@@ -32,15 +33,7 @@ protected:
         Gtk::Window::set_default_icon_name(applicationID);
         add_action("about", sigc::mem_fun(*this, &Application::showAbout));
         add_action("quit", sigc::mem_fun(*this, &Application::leave));
-        set_accels_for_action("win.open", {"<Control>o"});
-        set_accels_for_action("window.close", {"<Control>w"});
-        set_accels_for_action("win.close-all", {"<Control><Shift>w"});
-        set_accels_for_action("win.export-original", {"<Control><Shift>s"});
-        set_accels_for_action("win.details", {"<Control>i"});
-        set_accels_for_action("win.plain-text", {"<Control><Shift>t"});
-        set_accels_for_action("win.search", {"<Control>f"});
-        set_accels_for_action("win.settings", {"<Control>comma"});
-        set_accels_for_action("app.quit", {"<Control>q"});
+        setUpShortcuts(*this);
     }
 
     void on_activate() override { present(); }

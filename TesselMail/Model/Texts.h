@@ -31,6 +31,10 @@ inline constexpr Text exportOriginalHelp = {"Export original", "导出原始邮�
 inline constexpr Text messageDetails = {"Message details", "邮件详情"};
 inline constexpr Text about = {"About Tessel Mail", "关于 Tessel Mail"};
 inline constexpr Text quit = {"Quit", "退出"};
+inline constexpr Text closeWindow = {"Close window", "关闭窗口"};
+inline constexpr Text keyboardShortcuts = {"Keyboard shortcuts", "键盘快捷键"};
+inline constexpr Text files = {"Files", "文件"};
+inline constexpr Text window = {"Window", "窗口"};
 inline constexpr Text menu = {"Main menu", "主菜单"};
 inline constexpr Text cancel = {"Cancel", "取消"};
 inline constexpr Text ok = {"OK", "好"};
@@ -165,9 +169,8 @@ inline constexpr Text becomeHandlerHint = {
 inline constexpr Text becomeHandlerAnswer = {"Use Tessel Mail", "使用 Tessel Mail"};
 inline constexpr Text handlerSet = {"Tessel Mail now opens email links.",
                                     "邮件链接现在由 Tessel Mail 打开。"};
-inline constexpr Text handlerFailed = {
-    "Could not change the default app. Try after installing Tessel Mail.",
-    "未能更改默认应用，请安装 Tessel Mail 后重试。"};
+inline constexpr Text handlerFailed = {"Could not change the default app. Try after installing Tessel Mail.",
+                                       "未能更改默认应用，请安装 Tessel Mail 后重试。"};
 inline constexpr Text privacy = {"Privacy", "隐私"};
 inline constexpr Text privacyHeadline = {"Mail stays on your computer.", "邮件留在你的电脑上。"};
 inline constexpr Text privacyText = {

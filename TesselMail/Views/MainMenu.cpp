@@ -16,6 +16,7 @@ Glib::RefPtr<Gio::Menu> mainMenu(const Preferences& preferences) {
     files->append(preferences.text(Texts::showPlainText), "win.plain-text");
     const auto application = Gio::Menu::create();
     application->append(preferences.text(Texts::settings), "win.settings");
+    application->append(preferences.text(Texts::keyboardShortcuts), "win.shortcuts");
     application->append(preferences.text(Texts::about), "app.about");
     application->append(preferences.text(Texts::quit), "app.quit");
 

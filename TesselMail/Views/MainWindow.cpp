@@ -1,5 +1,6 @@
 #include "TesselMail/Views/MainWindow.h"
 
+#include "TesselMail/Views/Shortcuts.h"
 #include "TesselMail/Views/Style.h"
 
 #include <gio/gio.h>
@@ -119,6 +120,7 @@ void MainWindow::addActions() {
     export_ = add_action("export-original", sigc::mem_fun(model_, &AppModel::exportOriginal));
     add_action("search", sigc::mem_fun(list_, &MessageList::focusSearch));
     add_action("settings", sigc::mem_fun(*this, &MainWindow::showSettings));
+    add_action("shortcuts", [this] { showShortcuts(*this, model_.preferences()); });
     add_action(reader_.plainTextAction());
     details_ = add_action_bool("details", [this] { model_.setShowDetails(!*model_.showDetails); });
 }
