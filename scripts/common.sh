@@ -13,18 +13,20 @@ testPackages=(libgtest-dev libgmock-dev nlohmann-json3-dev)
 benchmarkPackages=(libbenchmark-dev libgmime-3.0-dev nlohmann-json3-dev python3 time)
 checkPackages=(clang clang-format libclang-rt-14-dev)
 
-# Installs the Debian packages that are not there yet.
+# Installs the Debian packages that are not there yet; how far that is can be seen on a terminal.
 require() {
     local missing=() package
     for package in "$@"; do
         dpkg-query -W -f '${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' || missing+=("$package")
     done
     ((${#missing[@]})) || return 0
-    local elevate=()
+    local elevate=() quiet=(-qq) output=/dev/null
     if ((EUID != 0)); then elevate=(sudo); fi
+    if [[ -t 1 ]]; then quiet=(-q) output=/dev/stdout; fi
     say "Installing ${missing[*]}"
-    "${elevate[@]}" apt-get update -qq
-    DEBIAN_FRONTEND=noninteractive "${elevate[@]}" apt-get install -y -qq --no-install-recommends "${missing[@]}" >/dev/null
+    "${elevate[@]}" apt-get update "${quiet[@]}" >"$output"
+    "${elevate[@]}" env DEBIAN_FRONTEND=noninteractive apt-get install -y "${quiet[@]}" --no-install-recommends \
+        "${missing[@]}" >"$output"
 }
 
 # Configures and builds a preset; further words are targets. Quiet unless something fails or takes long.
@@ -36,5 +38,7 @@ build() {
         cmake --preset "$preset" >/dev/null
     fi
     say "Building build/$preset"
-    ninja -C "build/$preset" --quiet "$@"
+    local quiet=(--quiet)
+    if [[ -t 1 ]]; then quiet=(); fi
+    ninja -C "build/$preset" "${quiet[@]}" "$@"
 }
