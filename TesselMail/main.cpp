@@ -1,6 +1,7 @@
 #include "TesselMail/Model/AppModel.h"
 #include "TesselMail/Model/ApplicationID.h"
 #include "TesselMail/Model/ArchiveWork.h"
+#include "TesselMail/Model/WindowState.h"
 #include "TesselMail/Platform/InterfaceThread.h"
 #include "TesselMail/Platform/NativeDesktop.h"
 #include "TesselMail/Platform/NativeFilePanels.h"
@@ -23,6 +24,8 @@ public:
     Application()
         : Gtk::Application(applicationID, Gio::Application::Flags::HANDLES_OPEN),
           preferences_(Preferences::ofUser()), model_(AppModel::create(preferences_, panels_, desktop_)) {
+        model_->setNewestFirst(state_.newestFirst);
+        if (state_.listWidth) model_->mailListWidth = *state_.listWidth;
         desktop_.attach([this] { present(); });
     }
 
@@ -60,7 +63,7 @@ protected:
 private:
     void present() {
         if (!window_) {
-            window_ = std::make_unique<MainWindow>(*model_);
+            window_ = std::make_unique<MainWindow>(*model_, state_);
             // Before the toolkit's own answer, which destroys the window under its views.
             window_->signal_close_request().connect(sigc::mem_fun(*this, &Application::closeWindow), false);
             panels_.attach(window_.get());
@@ -115,6 +118,7 @@ private:
     }
 
     Preferences preferences_;
+    WindowState state_ = WindowState::ofUser();
     NativeFilePanels panels_;
     NativeDesktop desktop_;
     std::shared_ptr<AppModel> model_;

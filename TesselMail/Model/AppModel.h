@@ -65,6 +65,7 @@ public:
     Field<MailCore::UUID> selectionVersion{changes_, MailCore::UUID::random()}; // of what is shown
     Field<MailCore::UUID> readRequest{changes_, MailCore::UUID::random()};      // of every selection
     Field<bool> readerFailed{changes_, false}; // the reading view could not show the message
+    double mailListWidth = 305.0;              // of the list's column, in points
 
     // Opening and closing
 

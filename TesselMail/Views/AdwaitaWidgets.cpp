@@ -2,6 +2,13 @@
 
 namespace TesselMail::Adwaita {
 
+void setName(Gtk::Widget& widget, const std::string& name) {
+    gtk_accessible_update_property(GTK_ACCESSIBLE(widget.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL, name.c_str(),
+                                   -1);
+    Gtk::Widget* const inner = GTK_IS_MENU_BUTTON(widget.gobj()) ? widget.get_first_child() : nullptr;
+    if (inner) setName(*inner, name);
+}
+
 void attach(GtkWindow* window, Gtk::Window& parent) {
     gtk_window_set_transient_for(window, parent.gobj());
     gtk_window_set_destroy_with_parent(window, TRUE);
@@ -35,7 +42,9 @@ OpenButton::OpenButton() : button_(ADW_SPLIT_BUTTON(adw_split_button_new())) {
 void OpenButton::setTexts(const std::string& help, const std::string& menuHelp,
                           const Glib::RefPtr<Gio::MenuModel>& menu) {
     gtk_widget_set_tooltip_text(GTK_WIDGET(button_), help.c_str());
-    gtk_accessible_update_property(GTK_ACCESSIBLE(button_), GTK_ACCESSIBLE_PROPERTY_LABEL, help.c_str(), -1);
+    for (Gtk::Widget* half = widget().get_first_child(); half; half = half->get_next_sibling())
+        if (GTK_IS_BUTTON(half->gobj()) || GTK_IS_MENU_BUTTON(half->gobj()))
+            setName(*half, GTK_IS_MENU_BUTTON(half->gobj()) ? menuHelp : help);
     adw_split_button_set_dropdown_tooltip(button_, menuHelp.c_str());
     adw_split_button_set_menu_model(button_, menu->gobj());
 }

@@ -15,6 +15,9 @@ Gtk::Widget& wrapped(Object* widget) {
     return *Glib::wrap(GTK_WIDGET(widget));
 }
 
+/// What a screen reader calls `widget`, and the button that a menu's button is made of.
+void setName(Gtk::Widget& widget, const std::string& name);
+
 /// Makes `window` stand before `parent`, go with it and answer to the keys of the whole application.
 void attach(GtkWindow* window, Gtk::Window& parent);
 

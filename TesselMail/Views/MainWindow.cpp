@@ -5,47 +5,29 @@
 
 #include <gio/gio.h>
 
+#include <algorithm>
+#include <iterator>
+
 namespace TesselMail {
 namespace {
 
 constexpr std::size_t filesPerDrop = 20;
 
-AdwLeaflet* makeLeaflet() {
-    auto* const leaflet = ADW_LEAFLET(adw_leaflet_new());
-    adw_leaflet_set_can_navigate_back(leaflet, TRUE);
-    adw_leaflet_set_transition_type(leaflet, ADW_LEAFLET_TRANSITION_TYPE_SLIDE);
-    return leaflet;
-}
-
-void append(AdwLeaflet* leaflet, Gtk::Widget& child, bool separator) {
-    if (separator) {
-        AdwLeafletPage* const page = adw_leaflet_append(leaflet, gtk_separator_new(GTK_ORIENTATION_VERTICAL));
-        adw_leaflet_page_set_navigatable(page, FALSE);
-    }
-    adw_leaflet_append(leaflet, child.gobj());
-}
-
-void setUpBackButton(Gtk::Button& button) {
-    button.set_icon_name("go-previous-symbolic");
-    button.set_visible(false);
-}
-
 } // namespace
 
-MainWindow::MainWindow(AppModel& model)
-    : model_(model), welcome_(model), sidebar_(model), list_(model), reader_(model), opening_(model),
-      outer_(makeLeaflet()), inner_(makeLeaflet()) {
+MainWindow::MainWindow(AppModel& model, WindowState& state)
+    : model_(model), state_(state), welcome_(model), panes_(model, state), opening_(model) {
     installStyle(get_display());
-    set_default_size(1180, 760);
+    set_default_size(state.width, state.height);
+    if (state.maximized) maximize();
     set_size_request(360, 420);
     // The panes bring their own header bars.
     auto* const noTitle = Gtk::make_managed<Gtk::Box>();
     noTitle->set_visible(false);
     set_titlebar(*noTitle);
 
-    arrangePanes();
     stack_.add(welcome_, "welcome");
-    stack_.add(Adwaita::wrapped(outer_), "content");
+    stack_.add(panes_.widget(), "content");
     stack_.set_hhomogeneous(false);
     stack_.set_vhomogeneous(false);
     overlay_.set_child(stack_);
@@ -68,49 +50,19 @@ MainWindow::MainWindow(AppModel& model)
     model_.error.signalChanged().connect(sigc::mem_fun(*this, &MainWindow::showError));
     model_.preferences().signalChanged().connect(sigc::mem_fun(*this, &MainWindow::showTexts));
     model_.preferences().signalChanged().connect(sigc::mem_fun(*this, &MainWindow::showAppearance));
-    sidebar_.signalChosen().connect(sigc::mem_fun(*this, &MainWindow::showList));
-    list_.signalChosen().connect(sigc::mem_fun(*this, &MainWindow::showReader));
     showTexts();
     showAppearance();
     showWelcome();
-    showFolded();
     showCommands();
     showError();
 }
 
 MainWindow::~MainWindow() {
-    g_signal_handlers_disconnect_by_data(outer_, this);
-    g_signal_handlers_disconnect_by_data(inner_, this);
+    keepState();
     if (const auto dialog = errorDialog_.get()) {
         g_signal_handlers_disconnect_by_data(dialog.get(), this);
         gtk_window_destroy(GTK_WINDOW(dialog.get()));
     }
-}
-
-void MainWindow::arrangePanes() {
-    sidebar_.set_size_request(230, -1);
-    list_.set_size_request(310, -1);
-    reader_.set_size_request(350, -1);
-    // Said plainly, because what is in them would like to grow.
-    sidebar_.set_hexpand(false);
-    list_.set_hexpand(false);
-    reader_.set_hexpand(true);
-    setUpBackButton(backToSources_);
-    setUpBackButton(backToList_);
-    backToSources_.signal_clicked().connect(sigc::mem_fun(*this, &MainWindow::showSources));
-    backToList_.signal_clicked().connect(sigc::mem_fun(*this, &MainWindow::showList));
-    list_.header().packStart(backToSources_);
-    reader_.header().packStart(backToList_);
-
-    append(inner_, list_, false);
-    append(inner_, reader_, true);
-    append(outer_, sidebar_, false);
-    append(outer_, Adwaita::wrapped(inner_), true);
-    Adwaita::wrapped(inner_).set_hexpand(true);
-    for (AdwLeaflet* const leaflet : {outer_, inner_})
-        g_signal_connect_swapped(leaflet, "notify::folded",
-                                 G_CALLBACK(+[](MainWindow* self) { self->showFolded(); }), this);
-    adw_leaflet_set_visible_child(outer_, GTK_WIDGET(inner_));
 }
 
 void MainWindow::addActions() {
@@ -118,10 +70,17 @@ void MainWindow::addActions() {
     add_action("open-folder", sigc::mem_fun(model_, &AppModel::chooseFolder));
     closeAll_ = add_action("close-all", sigc::mem_fun(model_, &AppModel::closeAll));
     export_ = add_action("export-original", sigc::mem_fun(model_, &AppModel::exportOriginal));
-    add_action("search", sigc::mem_fun(list_, &MessageList::focusSearch));
+    add_action("search", [this] {
+        panes_.showList();
+        panes_.list().focusSearch();
+    });
     add_action("settings", sigc::mem_fun(*this, &MainWindow::showSettings));
+    for (const auto& [name, steps] : {std::pair{"next-pane", 1}, {"previous-pane", -1}})
+        add_action(name, [this, by = steps] { panes_.moveFocus(by); });
+    for (const auto& [name, steps] : {std::pair{"next-message", 1}, {"previous-message", -1}})
+        add_action(name, [this, by = steps] { showNeighbour(by); });
     add_action("shortcuts", [this] { showShortcuts(*this, model_.preferences()); });
-    add_action(reader_.plainTextAction());
+    add_action(panes_.reader().plainTextAction());
     details_ = add_action_bool("details", [this] { model_.setShowDetails(!*model_.showDetails); });
 }
 
@@ -129,6 +88,7 @@ void MainWindow::addActions() {
 void MainWindow::addDropTarget() {
     const auto target = Gtk::DropTarget::create(GDK_TYPE_FILE_LIST, Gdk::DragAction::COPY);
     target->set_propagation_phase(Gtk::PropagationPhase::CAPTURE);
+    target->signal_accept().connect(sigc::mem_fun(*this, &MainWindow::offersFiles), false);
     target->signal_enter().connect(
         [this](double, double) {
             dropFrame_.set_visible(true);
@@ -138,6 +98,17 @@ void MainWindow::addDropTarget() {
     target->signal_leave().connect([this] { dropFrame_.set_visible(false); });
     target->signal_drop().connect(sigc::mem_fun(*this, &MainWindow::drop), false);
     add_controller(target);
+}
+
+// A link or a text that is dragged offers its address in the same way; what this window drags is never a
+// file.
+bool MainWindow::offersFiles(const Glib::RefPtr<Gdk::Drop>& drop) const {
+    if (gdk_drop_get_drag(drop->gobj())) return false;
+    const auto formats = drop->get_formats();
+    for (const char* const other : {"text/html", "text/x-moz-url", "_NETSCAPE_URL"})
+        if (formats->contain_mime_type(other)) return false;
+    return formats->contain_gtype(GDK_TYPE_FILE_LIST) || formats->contain_mime_type("text/uri-list") ||
+           formats->contain_mime_type("application/vnd.portal.filetransfer");
 }
 
 bool MainWindow::drop(const Glib::ValueBase& value, double, double) {
@@ -155,24 +126,12 @@ bool MainWindow::drop(const Glib::ValueBase& value, double, double) {
 void MainWindow::showTexts() {
     const Preferences& preferences = model_.preferences();
     set_title(preferences.text(Texts::applicationName));
-    backToSources_.set_tooltip_text(preferences.text(Texts::openedFiles));
-    backToList_.set_tooltip_text(preferences.text(Texts::messages));
+    panes_.showTexts();
 }
 
 void MainWindow::showWelcome() {
     stack_.set_visible_child(model_.collections->empty() && !*model_.capture ? "welcome" : "content");
     closeAll_->set_enabled(!model_.collections->empty() || *model_.capture);
-}
-
-// Every pane that stands at an edge of the window has the window's buttons of that edge.
-void MainWindow::showFolded() {
-    const bool sourcesApart = adw_leaflet_get_folded(outer_);
-    const bool readerApart = adw_leaflet_get_folded(inner_);
-    sidebar_.header().showWindowButtons(true, sourcesApart);
-    list_.header().showWindowButtons(sourcesApart, readerApart);
-    reader_.header().showWindowButtons(readerApart, true);
-    backToSources_.set_visible(sourcesApart);
-    backToList_.set_visible(readerApart);
 }
 
 void MainWindow::showCommands() {
@@ -181,28 +140,34 @@ void MainWindow::showCommands() {
     details_->change_state(*model_.showDetails);
 }
 
-void MainWindow::showSources() {
-    adw_leaflet_set_visible_child(outer_, GTK_WIDGET(sidebar_.gobj()));
+// The messages before and after the one on show, in the order of the list.
+void MainWindow::showNeighbour(int steps) {
+    const ArchiveWork::SharedList entries = model_.entries();
+    const auto shown = std::ranges::find_if(
+        *entries, [this](const auto& entry) { return entry->id == *model_.selectedEntry; });
+    const auto position =
+        shown == entries->end() ? (steps > 0 ? -1 : std::ssize(*entries)) : shown - entries->begin();
+    const auto wanted = position + steps;
+    if (wanted >= 0 && wanted < std::ssize(*entries))
+        model_.select((*entries)[static_cast<std::size_t>(wanted)]->id);
 }
 
-void MainWindow::showList() {
-    adw_leaflet_set_visible_child(outer_, GTK_WIDGET(inner_));
-    adw_leaflet_set_visible_child(inner_, GTK_WIDGET(list_.gobj()));
-}
-
-void MainWindow::showReader() {
-    adw_leaflet_set_visible_child(outer_, GTK_WIDGET(inner_));
-    adw_leaflet_set_visible_child(inner_, GTK_WIDGET(reader_.gobj()));
+void MainWindow::keepState() {
+    panes_.keepWidths();
+    state_.maximized = is_maximized();
+    get_default_size(state_.width, state_.height); // of the window when it is not
+    state_.newestFirst = *model_.newestFirst;
+    state_.store();
 }
 
 void MainWindow::showCapture() {
     showWelcome();
-    if (*model_.capture) showReader();
+    if (*model_.capture) panes_.showReader();
 }
 
 // A captured link takes the selection away and stands where the message stood.
 void MainWindow::showSelectedList() {
-    if (!*model_.capture) showList();
+    if (!*model_.capture) panes_.showSelected();
 }
 
 void MainWindow::showSettings() {

@@ -115,9 +115,15 @@ Sidebar::Sidebar(AppModel& model) : Gtk::Box(Gtk::Orientation::VERTICAL), model_
     openContent_.append(openLabel_);
     openFiles_.set_child(openContent_);
     openFiles_.add_css_class("flat");
-    openFiles_.set_margin(6);
+    openFiles_.set_hexpand(true);
     openFiles_.signal_clicked().connect(sigc::mem_fun(model_, &AppModel::chooseFiles));
-    append(openFiles_);
+    settings_.set_icon_name("emblem-system-symbolic");
+    settings_.add_css_class("flat");
+    gtk_actionable_set_action_name(GTK_ACTIONABLE(settings_.gobj()), "win.settings");
+    footer_.set_margin(6);
+    footer_.append(openFiles_);
+    footer_.append(settings_);
+    append(footer_);
 
     model_.collections.signalChanged().connect(sigc::mem_fun(*this, &Sidebar::showCollections));
     model_.selectedCollection.signalChanged().connect(sigc::mem_fun(*this, &Sidebar::showSelection));
@@ -179,7 +185,11 @@ void Sidebar::showTexts() {
     openLabel_.set_text(preferences.text(Texts::openFiles));
     open_.setTexts(preferences.text(Texts::openHelp), preferences.text(Texts::openMore),
                    openMenu(preferences));
+    Adwaita::setName(openFiles_, preferences.text(Texts::openFiles));
+    settings_.set_tooltip_text(preferences.text(Texts::settings));
+    Adwaita::setName(settings_, preferences.text(Texts::settings));
     menu_.set_tooltip_text(preferences.text(Texts::menu));
+    Adwaita::setName(menu_, preferences.text(Texts::menu));
     menu_.set_menu_model(mainMenu(preferences));
     gtk_accessible_update_property(GTK_ACCESSIBLE(list_.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
                                    preferences.text(Texts::openedFiles).c_str(), -1);
@@ -224,6 +234,11 @@ void Sidebar::showSelection() {
     else
         list_.select_row(*list_.get_row_at_index(static_cast<int>(found - shown_.begin())));
     updating_ = before;
+}
+
+void Sidebar::focusSources() {
+    Gtk::ListBoxRow* const row = list_.get_selected_row();
+    if (!row || !row->grab_focus()) list_.child_focus(Gtk::DirectionType::TAB_FORWARD);
 }
 
 void Sidebar::choose(Gtk::ListBoxRow* row) {

@@ -17,6 +17,8 @@ public:
     ~Sidebar() override;
 
     Adwaita::HeaderBar& header() noexcept { return header_; }
+    /// Moves the focus to the selected source.
+    void focusSources();
     /// Emitted when people choose a source, also the one that is selected already.
     sigc::signal<void()>& signalChosen() noexcept { return chosen_; }
 
@@ -42,7 +44,9 @@ private:
     Gtk::Label heading_;
     Gtk::ScrolledWindow scroller_;
     Gtk::ListBox list_;
+    Gtk::Box footer_{Gtk::Orientation::HORIZONTAL, 6};
     Gtk::Button openFiles_;
+    Gtk::Button settings_;
     Gtk::Box openContent_{Gtk::Orientation::HORIZONTAL, 8};
     Gtk::Image openIcon_;
     Gtk::Label openLabel_;

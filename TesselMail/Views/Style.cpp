@@ -11,6 +11,9 @@ constexpr const char* style = R"(
     background: none; box-shadow: none; border: none;
 }
 
+/* One pixel is seen and nine can be grasped. */
+.pane-line { min-width: 1px; padding: 0 4px; margin: 0 -4px; background-clip: content-box; }
+
 .sidebar-heading { font-weight: bold; font-size: 0.85em; opacity: 0.6; padding: 8px 18px 4px; }
 .sidebar-pane .navigation-sidebar { background: none; }
 .captured-link { padding: 4px 18px 8px; font-weight: bold; }

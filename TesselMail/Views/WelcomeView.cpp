@@ -16,6 +16,8 @@ WelcomeView::WelcomeView(AppModel& model) : Gtk::Box(Gtk::Orientation::VERTICAL)
     open_.set_halign(Gtk::Align::CENTER);
     open_.add_css_class("pill");
     open_.add_css_class("suggested-action");
+    adw_button_content_set_icon_name(openContent_, "folder-symbolic");
+    gtk_button_set_child(open_.gobj(), GTK_WIDGET(openContent_));
     open_.signal_clicked().connect(sigc::mem_fun(model_, &AppModel::chooseFiles));
     drop_.add_css_class("dim-label");
     drop_.set_wrap(true);
@@ -43,9 +45,11 @@ void WelcomeView::showTexts() {
     openButton_.setTexts(preferences.text(Texts::openHelp), preferences.text(Texts::openMore),
                          openMenu(preferences));
     menu_.set_tooltip_text(preferences.text(Texts::menu));
+    Adwaita::setName(menu_, preferences.text(Texts::menu));
     menu_.set_menu_model(mainMenu(preferences));
     page_.setTexts(preferences.text(Texts::applicationName), preferences.text(Texts::welcomeLine));
-    open_.set_label(preferences.text(Texts::openMail));
+    adw_button_content_set_label(openContent_, preferences.text(Texts::openMail).c_str());
+    Adwaita::setName(open_, preferences.text(Texts::openMail));
     capture_.set_label(preferences.text(Texts::captureSetUp));
     drop_.set_text(preferences.text(Texts::welcomeDrop));
     formats_.set_text(preferences.text(Texts::welcomeFormats));

@@ -22,6 +22,7 @@ private:
     Adwaita::StatusPage page_{"mail-read-symbolic"};
     Gtk::Box actions_{Gtk::Orientation::VERTICAL, 18};
     Gtk::Button open_;
+    AdwButtonContent* openContent_ = ADW_BUTTON_CONTENT(adw_button_content_new());
     Gtk::Button capture_;
     Gtk::Label drop_;
     Gtk::Label formats_;

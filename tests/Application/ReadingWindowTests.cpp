@@ -116,7 +116,7 @@ TEST_F(ReadingWindow, SaysWhyThereIsOnlyPlainText) {
     window_.reset();
     const std::string path = g_getenv("PATH");
     g_setenv("PATH", "/nowhere", TRUE); // where no sandbox is to be found
-    window_ = std::make_unique<MainWindow>(*model_);
+    window_ = std::make_unique<MainWindow>(*model_, state_);
     g_setenv("PATH", path.c_str(), TRUE);
     window_->present();
     open({html("a.eml", "<p>One<br>two</p>")});

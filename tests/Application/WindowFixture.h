@@ -92,7 +92,8 @@ protected:
         });
     }
 
-    std::unique_ptr<MainWindow> window_ = std::make_unique<MainWindow>(*model_);
+    WindowState state_{settings_.path("window.ini").string()};
+    std::unique_ptr<MainWindow> window_ = std::make_unique<MainWindow>(*model_, state_);
 };
 
 } // namespace TesselMail::Testing

@@ -1,0 +1,156 @@
+#include "TesselMail/Views/Panes.h"
+
+#include <cmath>
+
+namespace TesselMail {
+namespace {
+
+// Pixels.
+constexpr int leastSources = 190;
+constexpr int leastList = 240;
+constexpr int leastReader = 350;
+
+AdwLeaflet* makeLeaflet() {
+    auto* const leaflet = ADW_LEAFLET(adw_leaflet_new());
+    adw_leaflet_set_can_navigate_back(leaflet, TRUE);
+    adw_leaflet_set_transition_type(leaflet, ADW_LEAFLET_TRANSITION_TYPE_SLIDE);
+    return leaflet;
+}
+
+GtkWidget* object(Gtk::Widget& widget) {
+    return widget.gobj();
+}
+
+} // namespace
+
+Panes::Panes(AppModel& model, WindowState& state)
+    : model_(model), state_(state), sidebar_(model), list_(model), reader_(model),
+      sourcesPane_(sidebar_, leastSources, state.sidebarWidth),
+      listPane_(list_, leastList, static_cast<int>(std::lround(model.mailListWidth))),
+      readerPane_(reader_, leastReader, leastReader), outer_(makeLeaflet()), inner_(makeLeaflet()) {
+    sourcesPane_.set_hexpand(false); // said plainly, because what is in them would like to grow
+    listPane_.set_hexpand(false);
+    readerPane_.set_hexpand(true);
+    for (Gtk::Button* const button : {&backToSources_, &backToList_}) {
+        button->set_icon_name("go-previous-symbolic");
+        button->set_visible(false);
+    }
+    backToSources_.signal_clicked().connect(sigc::mem_fun(*this, &Panes::showSources));
+    backToList_.signal_clicked().connect(sigc::mem_fun(*this, &Panes::showList));
+    list_.header().packStart(backToSources_);
+    reader_.header().packStart(backToList_);
+
+    adw_leaflet_append(inner_, object(listPane_));
+    letDrag(addLine(inner_), listPane_);
+    adw_leaflet_append(inner_, object(readerPane_));
+    adw_leaflet_append(outer_, object(sourcesPane_));
+    letDrag(addLine(outer_), sourcesPane_);
+    adw_leaflet_append(outer_, GTK_WIDGET(inner_));
+    Adwaita::wrapped(inner_).set_hexpand(true);
+    for (AdwLeaflet* const leaflet : {outer_, inner_})
+        g_signal_connect_swapped(leaflet, "notify::folded",
+                                 G_CALLBACK(+[](Panes* self) { self->showFolded(); }), this);
+    adw_leaflet_set_visible_child(outer_, GTK_WIDGET(inner_));
+    sidebar_.signalChosen().connect(sigc::mem_fun(*this, &Panes::showList));
+    list_.signalChosen().connect(sigc::mem_fun(*this, &Panes::showReader));
+    showFolded();
+}
+
+Panes::~Panes() {
+    g_signal_handlers_disconnect_by_data(outer_, this);
+    g_signal_handlers_disconnect_by_data(inner_, this);
+}
+
+Gtk::Widget& Panes::addLine(AdwLeaflet* leaflet) {
+    auto* const line = Gtk::make_managed<Gtk::Separator>(Gtk::Orientation::VERTICAL);
+    line->add_css_class("pane-line");
+    line->set_cursor("col-resize");
+    adw_leaflet_page_set_navigatable(adw_leaflet_append(leaflet, object(*line)), FALSE);
+    return *line;
+}
+
+// The line moves with its pane, so that what is left of the way is told anew after each step.
+void Panes::letDrag(Gtk::Widget& line, Pane& pane) {
+    const auto drag = Gtk::GestureDrag::create();
+    drag->signal_drag_update().connect([&line, &pane](double x, double) {
+        const bool mirrored = line.get_direction() == Gtk::TextDirection::RTL;
+        pane.setWidth(pane.width() + static_cast<int>(std::lround(mirrored ? -x : x)));
+    });
+    drag->signal_drag_end().connect([this](double, double) { keepWidths(); });
+    line.add_controller(drag);
+}
+
+void Panes::keepWidths() {
+    state_.sidebarWidth = sourcesPane_.width();
+    state_.listWidth = model_.mailListWidth = listPane_.width();
+}
+
+void Panes::showTexts() {
+    const Preferences& preferences = model_.preferences();
+    for (const auto& [button, text] :
+         {std::pair<Gtk::Button&, const Text&>{backToSources_, Texts::openedFiles},
+          {backToList_, Texts::messages}}) {
+        button.set_tooltip_text(preferences.text(text));
+        Adwaita::setName(button, preferences.text(text));
+    }
+}
+
+// Every pane that stands at an edge of the window has the window's buttons of that edge.
+void Panes::showFolded() {
+    const bool sourcesApart = adw_leaflet_get_folded(outer_);
+    const bool readerApart = adw_leaflet_get_folded(inner_);
+    sidebar_.header().showWindowButtons(true, sourcesApart);
+    list_.header().showWindowButtons(sourcesApart, readerApart);
+    reader_.header().showWindowButtons(readerApart, true);
+    backToSources_.set_visible(sourcesApart);
+    backToList_.set_visible(readerApart);
+    if (readerApart && showsLetter()) showReader();
+}
+
+void Panes::showSources() {
+    adw_leaflet_set_visible_child(outer_, object(sourcesPane_));
+}
+
+void Panes::showList() {
+    adw_leaflet_set_visible_child(outer_, GTK_WIDGET(inner_));
+    adw_leaflet_set_visible_child(inner_, object(listPane_));
+}
+
+void Panes::showReader() {
+    adw_leaflet_set_visible_child(outer_, GTK_WIDGET(inner_));
+    adw_leaflet_set_visible_child(inner_, object(readerPane_));
+}
+
+void Panes::showSelected() {
+    showsLetter() ? showReader() : showList();
+}
+
+// Whether the selected collection is a single message, of which the list tells nothing more.
+bool Panes::showsLetter() const {
+    const MailCore::MailCollection* const collection = model_.active();
+    return collection && collection->entries.size() == 1 && !collection->isIndexing;
+}
+
+Panes::Place Panes::focused() const {
+    for (const Gtk::Widget* widget = Adwaita::wrapped(outer_).get_root()->get_focus(); widget;
+         widget = widget->get_parent()) {
+        if (widget == &sourcesPane_) return Place::sources;
+        if (widget == &listPane_) return Place::list;
+    }
+    return Place::reader;
+}
+
+void Panes::moveFocus(int steps) {
+    constexpr int count = 3;
+    focus(static_cast<Place>((static_cast<int>(focused()) + steps + count) % count));
+}
+
+void Panes::focus(Place place) {
+    switch (place) {
+    case Place::sources: showSources(); return sidebar_.focusSources();
+    case Place::list: showList(); return list_.focusList();
+    case Place::reader: showReader(); return reader_.focusBody();
+    }
+}
+
+} // namespace TesselMail

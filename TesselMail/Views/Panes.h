@@ -1,0 +1,62 @@
+#pragma once
+
+#include "TesselMail/Model/AppModel.h"
+#include "TesselMail/Model/WindowState.h"
+#include "TesselMail/Views/AdwaitaWidgets.h"
+#include "TesselMail/Views/MessageList.h"
+#include "TesselMail/Views/Pane.h"
+#include "TesselMail/Views/ReadingPane.h"
+#include "TesselMail/Views/Sidebar.h"
+
+#include <gtkmm.h>
+
+namespace TesselMail {
+
+/// Sources, messages and the message on show beside each other, or one after the other where it is narrow.
+/// People drag the lines between them. `model` and `state` outlive it.
+class Panes {
+public:
+    Panes(AppModel& model, WindowState& state);
+    Panes(const Panes&) = delete;
+    Panes& operator=(const Panes&) = delete;
+    ~Panes();
+
+    Gtk::Widget& widget() const { return Adwaita::wrapped(outer_); }
+    MessageList& list() noexcept { return list_; }
+    ReadingPane& reader() noexcept { return reader_; }
+    void showTexts();
+    void showSources();
+    void showList();
+    void showReader();
+    /// Shows the selected collection where only one pane fits: a single letter itself, else the list.
+    void showSelected();
+    /// Moves the focus `steps` panes on, around the end.
+    void moveFocus(int steps);
+    /// The widths people gave the panes go to the state.
+    void keepWidths();
+
+private:
+    enum class Place { sources, list, reader };
+
+    Gtk::Widget& addLine(AdwLeaflet* leaflet);
+    void letDrag(Gtk::Widget& line, Pane& pane);
+    void showFolded();
+    bool showsLetter() const;
+    Place focused() const;
+    void focus(Place place);
+
+    AppModel& model_;
+    WindowState& state_;
+    Sidebar sidebar_;
+    MessageList list_;
+    ReadingPane reader_;
+    Pane sourcesPane_;
+    Pane listPane_;
+    Pane readerPane_;
+    Gtk::Button backToSources_;
+    Gtk::Button backToList_;
+    AdwLeaflet* outer_; // the sources, and `inner_`
+    AdwLeaflet* inner_; // the list, and the reader
+};
+
+} // namespace TesselMail

@@ -1,0 +1,70 @@
+// The panes of the window: how wide they are and where the keyboard goes.
+#include "tests/Application/WindowFixture.h"
+
+namespace TesselMail::Testing {
+namespace {
+
+Gtk::Widget* find(Gtk::Widget& widget, const std::string& type) {
+    if (G_OBJECT_TYPE_NAME(widget.gobj()) == type) return &widget;
+    for (Gtk::Widget* child = widget.get_first_child(); child; child = child->get_next_sibling())
+        if (Gtk::Widget* const found = find(*child, type)) return found;
+    return nullptr;
+}
+
+class Panes : public Window {
+protected:
+    /// How wide the pane is that holds the list.
+    int listWidth() const { return find(*window_, "GtkListView")->get_width(); }
+    bool focusIn(const char* type) const {
+        for (const Gtk::Widget* at = window_->get_focus(); at; at = at->get_parent())
+            if (std::string(G_OBJECT_TYPE_NAME(at->gobj())) == type) return true;
+        return false;
+    }
+    void act(const std::string& action) { window_->activate_action("win." + action); }
+};
+
+TEST_F(Panes, StayAsWideAsTheyAre) {
+    open({letter("a.eml", "a")});
+    waitUntil([this] { return listWidth() > 0; });
+    const int before = listWidth();
+    open({letter(std::string(200, 'n') + ".eml", std::string(300, 's'))});
+    model_->open({*URL::parse("mailto:a@tessel.example?subject=" + std::string(3'000, 's'))});
+    model_->closeCapture();
+    settle();
+    waitUntil([this] { return model_->currentMessageReady(); });
+    for (int turn = 0; turn < 30; ++turn) {
+        g_main_context_iteration(nullptr, FALSE);
+        g_usleep(5'000);
+    }
+    EXPECT_EQ(listWidth(), before);
+}
+
+TEST_F(Panes, AreWalkedByKey) {
+    open({letter("a.eml", "a"), folder_.write("b.mbox", mailbox({"one", "two", "three"}))});
+    waitForPage("Hello");
+    model_->selectCollection(idOf(1));
+    settle();
+    act("next-message");
+    settle();
+    const std::string subject = shownSubject();
+    act("next-message");
+    settle();
+    EXPECT_NE(shownSubject(), subject);
+    act("previous-message");
+    settle();
+    waitUntil([&] { return shownSubject() == subject; });
+
+    act("search");
+    waitUntil([this] { return focusIn("GtkSearchEntry"); });
+    act("next-pane");
+    waitUntil([this] { return focusIn("WebKitWebView"); });
+    act("next-pane");
+    waitUntil([this] { return focusIn("GtkListBox"); });
+    act("next-pane");
+    waitUntil([this] { return focusIn("GtkListView"); });
+    act("previous-pane");
+    waitUntil([this] { return focusIn("GtkListBox"); });
+}
+
+} // namespace
+} // namespace TesselMail::Testing
