@@ -4,8 +4,13 @@
 namespace TesselMail::Testing {
 namespace {
 
+// The binding makes types of its own of the toolkit's.
+bool isA(const Gtk::Widget& widget, const std::string& type) {
+    return g_type_is_a(G_OBJECT_TYPE(widget.gobj()), g_type_from_name(type.c_str())) != FALSE;
+}
+
 Gtk::Widget* find(Gtk::Widget& widget, const std::string& type) {
-    if (G_OBJECT_TYPE_NAME(widget.gobj()) == type) return &widget;
+    if (isA(widget, type)) return &widget;
     for (Gtk::Widget* child = widget.get_first_child(); child; child = child->get_next_sibling())
         if (Gtk::Widget* const found = find(*child, type)) return found;
     return nullptr;
@@ -17,7 +22,7 @@ protected:
     int listWidth() const { return find(*window_, "GtkListView")->get_width(); }
     bool focusIn(const char* type) const {
         for (const Gtk::Widget* at = window_->get_focus(); at; at = at->get_parent())
-            if (std::string(G_OBJECT_TYPE_NAME(at->gobj())) == type) return true;
+            if (isA(*at, type)) return true;
         return false;
     }
     void act(const std::string& action) { window_->activate_action("win." + action); }
@@ -44,15 +49,16 @@ TEST_F(Panes, AreWalkedByKey) {
     waitForPage("Hello");
     model_->selectCollection(idOf(1));
     settle();
-    act("next-message");
-    settle();
-    const std::string subject = shownSubject();
-    act("next-message");
-    settle();
-    EXPECT_NE(shownSubject(), subject);
-    act("previous-message");
-    settle();
-    waitUntil([&] { return shownSubject() == subject; });
+    for (const auto& [action, subject] : {std::pair{"previous-message", "two"},
+                                          {"previous-message", "three"},
+                                          {"previous-message", "three"},
+                                          {"next-message", "two"},
+                                          {"next-message", "one"},
+                                          {"next-message", "one"}}) {
+        act(action);
+        settle();
+        EXPECT_EQ(shownSubject(), subject) << "the list begins with the newest, which is the third";
+    }
 
     act("search");
     waitUntil([this] { return focusIn("GtkSearchEntry"); });
