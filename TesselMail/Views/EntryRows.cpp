@@ -36,18 +36,17 @@ Glib::RefPtr<EntryRows> EntryRows::create() {
 EntryRows::EntryRows()
     : Glib::ObjectBase(typeid(EntryRows)), entries_(std::make_shared<const MailCore::EntryList>()) {}
 
-void EntryRows::show(ArchiveWork::SharedList entries) {
+// In two steps: told of a replacement, a list widget looks for its former rows among all the new ones and
+// makes all its row widgets anew; both take longer than a screen may stand still.
+void EntryRows::show(ArchiveWork::SharedList entries, const std::function<void()>& bothShown) {
     if (entries == entries_) return;
-    const ArchiveWork::SharedList before = std::exchange(entries_, std::move(entries));
-    const Splice splice = replacement(*before, *entries_);
-    // In two steps: told of a replacement, a list widget looks for its former rows among all the new ones,
-    // which takes longer than a screen may stand still.
-    hidden_ = {splice.position, splice.added};
-    if (splice.removed > 0)
-        items_changed(static_cast<guint>(splice.position), static_cast<guint>(splice.removed), 0);
-    hidden_ = {};
-    if (splice.added > 0)
-        items_changed(static_cast<guint>(splice.position), 0, static_cast<guint>(splice.added));
+    ArchiveWork::SharedList before = std::exchange(entries_, std::move(entries));
+    const auto [position, removed, added] = replacement(*before, *entries_);
+    leaving_ = {.list = std::move(before), .from = position, .count = removed, .position = position + added};
+    if (added > 0) items_changed(static_cast<guint>(position), 0, static_cast<guint>(added));
+    if (removed > 0 && added > 0 && bothShown) bothShown();
+    leaving_ = {};
+    if (removed > 0) items_changed(static_cast<guint>(position + added), static_cast<guint>(removed), 0);
 }
 
 GType EntryRows::get_item_type_vfunc() {
@@ -55,13 +54,22 @@ GType EntryRows::get_item_type_vfunc() {
 }
 
 guint EntryRows::get_n_items_vfunc() {
-    return static_cast<guint>(entries_->size() - hidden_.count);
+    return static_cast<guint>(entries_->size() + leaving_.count);
 }
 
 gpointer EntryRows::get_item_vfunc(guint position) {
-    const std::size_t at = position < hidden_.position ? position : position + hidden_.count;
-    if (at >= entries_->size()) return nullptr;
-    return EntryRow::create((*entries_)[at])->gobj_copy();
+    const MailCore::EntryList* list = entries_.get();
+    std::size_t at = position;
+    if (leaving_.count > 0 && at >= leaving_.position) {
+        at -= leaving_.position;
+        if (at < leaving_.count) {
+            list = leaving_.list.get();
+            at += leaving_.from;
+        } else {
+            at += leaving_.position - leaving_.count;
+        }
+    }
+    return at < list->size() ? EntryRow::create((*list)[at])->gobj_copy() : nullptr;
 }
 
 } // namespace TesselMail

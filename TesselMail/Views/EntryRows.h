@@ -5,6 +5,8 @@
 #include <giomm.h>
 #include <glibmm.h>
 
+#include <functional>
+
 namespace TesselMail {
 
 /// One listed message, as list widgets want it: made when a row comes near the screen.
@@ -24,8 +26,10 @@ class EntryRows : public Gio::ListModel,
 public:
     static Glib::RefPtr<EntryRows> create();
 
-    /// Shows `entries` from now on. What both lists have in common at their ends keeps its rows.
-    void show(ArchiveWork::SharedList entries);
+    /// Shows `entries` from now on. What both lists have in common at their ends keeps its rows. Where rows
+    /// are replaced, the new ones stand before the former ones for a moment, while `bothShown` runs: a list
+    /// widget that scrolls to a new row then takes the widgets of the former ones along.
+    void show(ArchiveWork::SharedList entries, const std::function<void()>& bothShown = {});
     const MailCore::EntryList& entries() const noexcept { return *entries_; }
 
 protected:
@@ -35,14 +39,16 @@ protected:
     gpointer get_item_vfunc(guint position) override;
 
 private:
-    // Entries not told of yet.
-    struct Hidden {
-        std::size_t position = 0;
+    // Entries that are replaced, for as long as they are still told of.
+    struct Leaving {
+        ArchiveWork::SharedList list; // null most of the time
+        std::size_t from = 0;         // in that list
         std::size_t count = 0;
+        std::size_t position = 0; // where they stand now
     };
 
     ArchiveWork::SharedList entries_;
-    Hidden hidden_;
+    Leaving leaving_;
 };
 
 } // namespace TesselMail

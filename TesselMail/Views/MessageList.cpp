@@ -60,8 +60,7 @@ MessageList::MessageList(AppModel& model)
 
     model_.filteredEntries.signalChanged().connect(sigc::mem_fun(*this, &MessageList::showEntries));
     model_.selectedCollection.signalChanged().connect(sigc::mem_fun(*this, &MessageList::showEntries));
-    model_.selectedEntry.signalChanged().connect(
-        sigc::bind(sigc::mem_fun(*this, &MessageList::showSelection), true));
+    model_.selectedEntry.signalChanged().connect(sigc::mem_fun(*this, &MessageList::showSelection));
     model_.collections.signalChanged().connect(sigc::mem_fun(*this, &MessageList::showTitle));
     model_.collections.signalChanged().connect(sigc::mem_fun(*this, &MessageList::showNotice));
     model_.newestFirst.signalChanged().connect(sigc::mem_fun(*this, &MessageList::showOrder));
@@ -143,34 +142,77 @@ void MessageList::changeOrder() {
     if (!updating_) model_.setNewestFirst(order_.get_active());
 }
 
+// A row that was in view stays in view, wherever it went; a list filled anew shows its selected row, or else
+// its beginning.
 void MessageList::showEntries() {
     const bool before = std::exchange(updating_, true);
     const bool another =
         std::exchange(shownCollection_, *model_.selectedCollection) != *model_.selectedCollection;
+    const bool follow = another || rows_->entries().empty() || selectionInView();
     // The selection would look for its row among all new ones; the model knows which it is.
     selection_->set_selected(GTK_INVALID_LIST_POSITION);
-    rows_->show(model_.entries());
+    rows_->show(model_.entries(), [this, follow] {
+        const guint selected = follow ? selectedPosition() : GTK_INVALID_LIST_POSITION;
+        bringIntoView(selected == GTK_INVALID_LIST_POSITION ? 0 : selected);
+    });
+    const guint selected = selectedPosition();
+    selection_->set_selected(selected);
     updating_ = before;
+    if (follow && selected != GTK_INVALID_LIST_POSITION) bringIntoView(selected);
     showTitle();
     showNotice();
-    showSelection(another);
+    showSearch();
 }
 
-guint MessageList::positionOf(std::optional<AppModel::EntryID> id) const {
-    if (!id) return GTK_INVALID_LIST_POSITION;
+// Handles of one entry are the same in every list: none of 200,000 needs to be looked into.
+guint MessageList::selectedPosition() const {
+    const MailCore::SharedEntry entry = model_.entry();
+    if (!entry) return GTK_INVALID_LIST_POSITION;
     const MailCore::EntryList& entries = rows_->entries();
-    const auto found = std::ranges::find(entries, *id, [](const auto& entry) { return entry->id; });
+    const auto found = std::ranges::find(entries, entry);
     return found == entries.end() ? GTK_INVALID_LIST_POSITION : static_cast<guint>(found - entries.begin());
 }
 
-void MessageList::showSelection(bool scroll) {
-    const guint position = positionOf(*model_.selectedEntry);
+void MessageList::showSelection() {
+    const guint position = selectedPosition();
+    showSearch();
     if (selection_->get_selected() == position) return;
     const bool before = std::exchange(updating_, true);
     selection_->set_selected(position);
     updating_ = before;
-    if (scroll && position != GTK_INVALID_LIST_POSITION)
+    if (position != GTK_INVALID_LIST_POSITION) bringIntoView(position);
+}
+
+// Rows are equally tall.
+bool MessageList::selectionInView() const {
+    const guint selected = selection_->get_selected();
+    if (selected == GTK_INVALID_LIST_POSITION || rows_->entries().empty()) return false;
+    if (selected == wanted_) return true;
+    const auto adjustment = scroller_.get_vadjustment();
+    const double height = adjustment->get_upper() / static_cast<double>(rows_->entries().size());
+    const double top = height * selected - adjustment->get_value();
+    return top + height > 0 && top < adjustment->get_page_size();
+}
+
+// A list view that has no size yet divides by it: it would look for a row nowhere and show none. And it does
+// not know the height of rows that are new. So rows are scrolled to at once where that can be, and once more
+// when they have their places.
+void MessageList::bringIntoView(guint position) {
+    if (framesUntilLaidOut_ == 0)
+        list_.add_tick_callback([this](const auto&) { return scrollWhenLaidOut(); });
+    framesUntilLaidOut_ = 2;
+    wanted_ = position;
+    if (scroller_.get_vadjustment()->get_page_size() > 0)
         gtk_widget_activate_action(GTK_WIDGET(list_.gobj()), "list.scroll-to-item", "u", position);
+}
+
+bool MessageList::scrollWhenLaidOut() {
+    if (scroller_.get_vadjustment()->get_page_size() <= 0 || --framesUntilLaidOut_ > 0) return true;
+    const guint position = std::exchange(wanted_, GTK_INVALID_LIST_POSITION);
+    framesUntilLaidOut_ = 0;
+    if (position < rows_->entries().size())
+        gtk_widget_activate_action(GTK_WIDGET(list_.gobj()), "list.scroll-to-item", "u", position);
+    return false;
 }
 
 void MessageList::select() {

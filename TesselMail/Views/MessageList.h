@@ -23,7 +23,10 @@ public:
 private:
     void showTexts();
     void showEntries();
-    void showSelection(bool scroll);
+    void showSelection();
+    bool selectionInView() const;
+    void bringIntoView(guint position);
+    bool scrollWhenLaidOut();
     void showTitle();
     void showNotice();
     void showSearch();
@@ -36,7 +39,7 @@ private:
     void select();
     void activate(guint position);
     void changeOrder();
-    guint positionOf(std::optional<AppModel::EntryID> id) const;
+    guint selectedPosition() const;
 
     AppModel& model_;
     Adwaita::HeaderBar header_;
@@ -53,7 +56,9 @@ private:
     Glib::RefPtr<Gtk::SingleSelection> selection_;
     sigc::signal<void()> chosen_;
     std::optional<AppModel::CollectionID> shownCollection_;
-    bool updating_ = false; // the selection changes because the model did
+    bool updating_ = false;                    // the selection changes because the model did
+    guint wanted_ = GTK_INVALID_LIST_POSITION; // the row to bring into view once rows are laid out
+    int framesUntilLaidOut_ = 0;
 };
 
 } // namespace TesselMail

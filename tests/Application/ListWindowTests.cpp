@@ -1,0 +1,95 @@
+// The panes beside the message: what they list, and how people get about in them.
+#include "tests/Application/WindowFixture.h"
+
+#include <gmock/gmock.h>
+
+#include <algorithm>
+
+namespace TesselMail::Testing {
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+
+class ListWindow : public ModelTest {
+protected:
+    ListWindow() { window_->present(); }
+    ~ListWindow() override { window_.reset(); }
+
+    GtkWidget* root() const { return GTK_WIDGET(window_->gobj()); }
+
+    template <typename Holds>
+    static GtkWidget* find(GtkWidget* widget, const Holds& holds) {
+        if (holds(widget)) return widget;
+        for (GtkWidget* child = gtk_widget_get_first_child(widget); child;
+             child = gtk_widget_get_next_sibling(child))
+            if (GtkWidget* const found = find(child, holds)) return found;
+        return nullptr;
+    }
+    GtkWidget* list() const {
+        return find(root(), [](GtkWidget* widget) { return GTK_IS_LIST_VIEW(widget) != FALSE; });
+    }
+    /// The subjects of the rows that people see.
+    std::vector<std::string> rowsInView() const {
+        std::vector<std::string> rows;
+        const double height = gtk_widget_get_height(list());
+        for (GtkWidget* row = gtk_widget_get_first_child(list()); row;
+             row = gtk_widget_get_next_sibling(row)) {
+            graphene_rect_t place;
+            if (!gtk_widget_get_mapped(row) || !gtk_widget_get_child_visible(row) ||
+                !gtk_widget_compute_bounds(row, list(), &place) || place.size.height < 10 ||
+                place.origin.y + place.size.height <= 0 || place.origin.y >= height)
+                continue;
+            GtkWidget* const subject = find(row, [](GtkWidget* widget) {
+                return gtk_widget_has_css_class(widget, "message-subject") != FALSE;
+            });
+            rows.emplace_back(subject ? gtk_inscription_get_text(GTK_INSCRIPTION(subject)) : "");
+        }
+        return rows;
+    }
+    bool inView(const std::string& subject) const {
+        return std::ranges::any_of(rowsInView(),
+                                   [&](const std::string& row) { return row.find(subject) != row.npos; });
+    }
+    /// Archives of `count` messages a day apart, oldest first, so that the first one is the last of the list.
+    URL archive(const std::string& name, int count) const {
+        std::string content;
+        for (int at = 0; at < count; ++at) {
+            const std::string date = std::to_string(at % 28 + 1) + " Jan " + std::to_string(1990 + at / 28);
+            content += "From sender@tessel.example Mon Jan  1 10:00:00 2024\n";
+            content += Mail()
+                           .from("sender@tessel.example")
+                           .subject("number " + std::to_string(at) + ".")
+                           .date(date + " 10:00:00 +0000")
+                           .lineEnd("\n")
+                           .text("Hello\n")
+                           .string();
+            content += "\n";
+        }
+        return folder_.write(name, content);
+    }
+
+    std::unique_ptr<MainWindow> window_ = std::make_unique<MainWindow>(*model_);
+};
+
+// The list is asked for its selected row while it has no size yet, and again in another order.
+TEST_F(ListWindow, ShowsTheSelectedRowOfAnArchiveHoweverItIsOrdered) {
+    open({archive("long.mbox", 900)});
+    waitUntil([this] { return inView("number 0."); });
+    EXPECT_FALSE(inView("number 899."));
+    model_->setNewestFirst(false);
+    waitUntil([this] { return inView("number 0.") && inView("number 1."); });
+    model_->select(500);
+    waitUntil([this] { return inView("number 500."); });
+    model_->setNewestFirst(true);
+    waitUntil([this] { return (*model_->filteredEntries)->front()->id == 899; });
+    waitUntil([this] { return inView("number 500."); });
+
+    open({archive("another.mbox", 300)});
+    waitUntil([this] { return inView("number 0."); });
+    model_->selectCollection(idOf(0));
+    waitUntil([this] { return inView("number 500."); });
+}
+
+} // namespace
+} // namespace TesselMail::Testing
