@@ -7,6 +7,13 @@
 #include <utility>
 
 namespace TesselMail {
+namespace {
+
+// A list view keeps about 200 row widgets around the row it scrolls to: this far from the end, all of them
+// are rows that stay.
+constexpr guint farFromLeaving = 320;
+
+} // namespace
 
 MessageList::MessageList(AppModel& model)
     : Gtk::Box(Gtk::Orientation::VERTICAL), model_(model), rows_(EntryRows::create()),
@@ -153,7 +160,9 @@ void MessageList::showEntries() {
     selection_->set_selected(GTK_INVALID_LIST_POSITION);
     rows_->show(model_.entries(), [this, follow] {
         const guint selected = follow ? selectedPosition() : GTK_INVALID_LIST_POSITION;
-        bringIntoView(selected == GTK_INVALID_LIST_POSITION ? 0 : selected);
+        const auto count = static_cast<guint>(rows_->entries().size());
+        const guint last = count > farFromLeaving ? count - farFromLeaving : 0;
+        bringIntoView(selected == GTK_INVALID_LIST_POSITION ? 0 : std::min(selected, last));
     });
     const guint selected = selectedPosition();
     selection_->set_selected(selected);
