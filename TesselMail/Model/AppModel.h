@@ -91,6 +91,9 @@ public:
     /// What the list shows: the selected collection's entries in order of display, or as they are stored
     /// until they have been ordered.
     ArchiveWork::SharedList entries() const;
+    /// Whether that list is still being made: empty, it is no answer yet. `filteredEntries` or `error`
+    /// changes when it is done, `collections` when the selected one has been indexed.
+    bool listPending() const noexcept;
     /// Changes what is looked for in the selected collection; the list follows when typing has paused.
     void setQuery(std::string query);
     void setNewestFirst(bool newestFirst);

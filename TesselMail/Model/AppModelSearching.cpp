@@ -23,6 +23,11 @@ ArchiveWork::SharedList AppModel::entries() const {
                       : std::make_shared<const MailCore::EntryList>();
 }
 
+bool AppModel::listPending() const noexcept {
+    const MailCollection* const collection = active();
+    return searchPending_ || (collection && collection->isIndexing);
+}
+
 void AppModel::setQuery(std::string text) {
     const Changing changing(changes_);
     if (*query == text) return;

@@ -146,6 +146,8 @@ inline constexpr Text onlyHeld = {
 // Searching
 inline constexpr Text searchMessages = {"Search messages", "搜索邮件"};
 inline constexpr Text searching = {"Searching…", "正在搜索…"};
+inline constexpr Text shownIsNoResult = {"The message shown is not among the results.",
+                                         "显示的邮件不在搜索结果中。"};
 inline constexpr Text unreadable = {" messages could not be searched.",
                                     " 封邮件未能搜索。"}; // after the count
 

@@ -1,5 +1,6 @@
 #include "TesselMail/Views/MessageList.h"
 
+#include "MailCore/Platform/Text.h"
 #include "TesselMail/Views/DisplayText.h"
 #include "TesselMail/Views/MessageRow.h"
 
@@ -12,6 +13,8 @@ namespace {
 // A list view keeps about 200 row widgets around the row it scrolls to: this far from the end, all of them
 // are rows that stay.
 constexpr guint farFromLeaving = 320;
+
+constexpr std::size_t longestQuery = 200; // characters shown
 
 } // namespace
 
@@ -30,9 +33,10 @@ MessageList::MessageList(AppModel& model)
     search_.set_margin_bottom(8);
     search_.signal_search_changed().connect(sigc::mem_fun(*this, &MessageList::changeQuery));
     search_.signal_stop_search().connect(sigc::mem_fun(*this, &MessageList::leaveSearch));
-    search_.signal_activate().connect(sigc::mem_fun(*this, &MessageList::focusList));
+    search_.signal_activate().connect(sigc::mem_fun(*this, &MessageList::enterResults));
     append(search_);
     searching_.set_xalign(0);
+    searching_.set_wrap(true);
     searching_.set_margin_start(18);
     searching_.set_margin_bottom(6);
     searching_.add_css_class("caption");
@@ -73,7 +77,7 @@ MessageList::MessageList(AppModel& model)
     model_.newestFirst.signalChanged().connect(sigc::mem_fun(*this, &MessageList::showOrder));
     model_.query.signalChanged().connect(sigc::mem_fun(*this, &MessageList::showSearch));
     model_.searching.signalChanged().connect(sigc::mem_fun(*this, &MessageList::showSearch));
-    model_.searching.signalChanged().connect(sigc::mem_fun(*this, &MessageList::showTitle));
+    model_.error.signalChanged().connect(sigc::mem_fun(*this, &MessageList::showTitle));
     model_.searchUnreadable.signalChanged().connect(sigc::mem_fun(*this, &MessageList::showNotice));
     model_.preferences().signalChanged().connect(sigc::mem_fun(*this, &MessageList::showTexts));
     showTexts();
@@ -88,11 +92,9 @@ void MessageList::showTexts() {
                                    preferences.text(Texts::messageOrder).c_str(), -1);
     gtk_accessible_update_property(GTK_ACCESSIBLE(list_.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
                                    preferences.text(Texts::messages).c_str(), -1);
-    empty_.setTexts(preferences.text(Texts::noMessages), "");
     search_.property_placeholder_text() = preferences.text(Texts::searchMessages);
     gtk_accessible_update_property(GTK_ACCESSIBLE(search_.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
                                    preferences.text(Texts::searchMessages).c_str(), -1);
-    searching_.set_text(preferences.text(Texts::searching));
     showOrder();
     showSearch();
     showEntries(); // rows hold texts too
@@ -102,7 +104,15 @@ void MessageList::showSearch() {
     const bool before = std::exchange(updating_, true);
     if (search_.get_text().raw() != *model_.query) search_.set_text(*model_.query);
     updating_ = before;
-    searching_.set_visible(*model_.searching);
+
+    const Preferences& preferences = model_.preferences();
+    const bool elsewhere = !MailCore::Text::trimmed(*model_.query).empty() && *model_.message &&
+                           selectedPosition() == GTK_INVALID_LIST_POSITION;
+    if (*model_.searching)
+        searching_.set_text(preferences.text(Texts::searching));
+    else if (elsewhere)
+        searching_.set_text(preferences.text(Texts::shownIsNoResult));
+    searching_.set_visible(*model_.searching || elsewhere);
 }
 
 void MessageList::changeQuery() {
@@ -115,13 +125,23 @@ void MessageList::leaveSearch() {
     search_.set_text("");
 }
 
+// Return goes from the field to what was found.
+void MessageList::enterResults() {
+    if (!rows_->entries().empty() && selectedPosition() == GTK_INVALID_LIST_POSITION)
+        model_.select(rows_->entries().front()->id);
+    focusList();
+}
+
 void MessageList::showTitle() {
     const MailCore::MailCollection* const collection = model_.active();
     const Preferences& preferences = model_.preferences();
     header_.setTitle(preferences.text(Texts::messages),
                      collection ? displayedName(collection->url) : std::string());
-    const bool answered = !*model_.searching && rows_->entries().empty();
-    stack_.set_visible_child(collection && answered ? "empty" : "list");
+    const std::string query(MailCore::Text::trimmed(*model_.query));
+    empty_.setTexts(preferences.text(Texts::noMessages),
+                    query.empty() ? query : displayed(query, longestQuery));
+    const bool none = collection && rows_->entries().empty() && !model_.listPending();
+    stack_.set_visible_child(none ? "empty" : "list");
 }
 
 void MessageList::showNotice() {

@@ -32,6 +32,7 @@ private:
     void showSearch();
     void changeQuery();
     void leaveSearch();
+    void enterResults();
     void choose(guint position);
     void showOrder();
     void setUpRow(const Glib::RefPtr<Gtk::ListItem>& item);

@@ -26,6 +26,13 @@ protected:
             if (GtkWidget* const found = find(child, holds)) return found;
         return nullptr;
     }
+    /// A label that people see, reading exactly `text`.
+    static GtkWidget* labelIn(GtkWidget* widget, const std::string& text) {
+        return find(widget, [&](GtkWidget* each) {
+            return GTK_IS_LABEL(each) && gtk_widget_get_mapped(each) &&
+                   text == gtk_label_get_text(GTK_LABEL(each));
+        });
+    }
     GtkWidget* list() const {
         return find(root(), [](GtkWidget* widget) { return GTK_IS_LIST_VIEW(widget) != FALSE; });
     }
@@ -89,6 +96,28 @@ TEST_F(ListWindow, ShowsTheSelectedRowOfAnArchiveHoweverItIsOrdered) {
     waitUntil([this] { return inView("number 0."); });
     model_->selectCollection(idOf(0));
     waitUntil([this] { return inView("number 500."); });
+}
+
+// A list in the making is no answer: neither while typing pauses nor when the text is taken back.
+TEST_F(ListWindow, SaysThatThereIsNothingOnlyWhenThatIsKnown) {
+    open({archive("long.mbox", 300)});
+    const auto reads = [this](const char* text) { return labelIn(root(), text) != nullptr; };
+    model_->setQuery("nowhere");
+    EXPECT_FALSE(reads("No messages"));
+    waitUntil([&] { return reads("No messages"); });
+    EXPECT_TRUE(reads("\u2068nowhere\u2069"));
+    model_->setQuery("");
+    EXPECT_FALSE(reads("No messages"));
+    waitUntil([this] { return inView("number 0."); });
+
+    EXPECT_FALSE(reads("The message shown is not among the results."));
+    model_->setQuery("number 29");
+    waitUntil([this] { return inView("number 299."); });
+    waitUntil([&] { return reads("The message shown is not among the results."); });
+    model_->select(29);
+    waitUntil([&] { return !reads("The message shown is not among the results."); });
+    model_->setQuery("");
+    waitUntil([this] { return inView("number 29."); });
 }
 
 } // namespace
