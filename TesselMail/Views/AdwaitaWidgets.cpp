@@ -9,6 +9,11 @@ void setName(Gtk::Widget& widget, const std::string& name) {
     if (inner) setName(*inner, name);
 }
 
+void setNameAndTooltip(Gtk::Widget& widget, const std::string& name) {
+    widget.set_tooltip_text(name);
+    setName(widget, name);
+}
+
 void attach(GtkWindow* window, Gtk::Window& parent) {
     gtk_window_set_transient_for(window, parent.gobj());
     gtk_window_set_destroy_with_parent(window, TRUE);

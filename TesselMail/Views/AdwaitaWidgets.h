@@ -17,6 +17,8 @@ Gtk::Widget& wrapped(Object* widget) {
 
 /// What a screen reader calls `widget`, and the button that a menu's button is made of.
 void setName(Gtk::Widget& widget, const std::string& name);
+/// The same, and what people see when they point at it.
+void setNameAndTooltip(Gtk::Widget& widget, const std::string& name);
 
 /// Makes `window` stand before `parent`, go with it and answer to the keys of the whole application.
 void attach(GtkWindow* window, Gtk::Window& parent);

@@ -52,6 +52,16 @@ std::string displayedLines(std::string_view text, std::size_t characters) {
     return result;
 }
 
+std::string spoken(std::string_view text) {
+    std::string result;
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t start = at;
+        if (!MailCore::Text::setsDirection(MailCore::Text::next(text, at)))
+            result += text.substr(start, at - start);
+    }
+    return result;
+}
+
 std::string displayedName(const MailCore::URL& url) {
     return displayed(url.lastPathComponent());
 }

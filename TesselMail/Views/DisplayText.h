@@ -19,6 +19,9 @@ std::string displayedAlone(std::string_view text, std::size_t characters = 1'000
 /// That with its line breaks.
 std::string displayedLines(std::string_view text, std::size_t characters = 4'000);
 
+/// What `displayed` made, as a screen reader should say it: without its isolates.
+std::string spoken(std::string_view text);
+
 /// The name of a file or folder for display, or its whole path; what is not UTF-8 in it becomes U+FFFD.
 std::string displayedName(const MailCore::URL& url);
 std::string displayedPath(const MailCore::URL& url);

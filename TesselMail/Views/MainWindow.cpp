@@ -5,9 +5,6 @@
 
 #include <gio/gio.h>
 
-#include <algorithm>
-#include <iterator>
-
 namespace TesselMail {
 namespace {
 
@@ -77,8 +74,8 @@ void MainWindow::addActions() {
     add_action("settings", sigc::mem_fun(*this, &MainWindow::showSettings));
     for (const auto& [name, steps] : {std::pair{"next-pane", 1}, {"previous-pane", -1}})
         add_action(name, [this, by = steps] { panes_.moveFocus(by); });
-    for (const auto& [name, steps] : {std::pair{"next-message", 1}, {"previous-message", -1}})
-        add_action(name, [this, by = steps] { showNeighbour(by); });
+    add_action("next-message", sigc::mem_fun(panes_.list(), &MessageList::selectNext));
+    add_action("previous-message", sigc::mem_fun(panes_.list(), &MessageList::selectPrevious));
     add_action("shortcuts", [this] { showShortcuts(*this, model_.preferences()); });
     add_action(panes_.reader().plainTextAction());
     details_ = add_action_bool("details", [this] { model_.setShowDetails(!*model_.showDetails); });
@@ -138,18 +135,6 @@ void MainWindow::showCommands() {
     export_->set_enabled(model_.canExportOriginal() && !*model_.reading);
     details_->set_enabled(*model_.message != nullptr);
     details_->change_state(*model_.showDetails);
-}
-
-// The messages before and after the one on show, in the order of the list.
-void MainWindow::showNeighbour(int steps) {
-    const ArchiveWork::SharedList entries = model_.entries();
-    const auto shown = std::ranges::find_if(
-        *entries, [this](const auto& entry) { return entry->id == *model_.selectedEntry; });
-    const auto position =
-        shown == entries->end() ? (steps > 0 ? -1 : std::ssize(*entries)) : shown - entries->begin();
-    const auto wanted = position + steps;
-    if (wanted >= 0 && wanted < std::ssize(*entries))
-        model_.select((*entries)[static_cast<std::size_t>(wanted)]->id);
 }
 
 void MainWindow::keepState() {

@@ -28,7 +28,6 @@ private:
     void showCommands();
     void showError();
     void showAppearance();
-    void showNeighbour(int steps);
     void keepState();
     void showCapture();
     void showSelectedList();

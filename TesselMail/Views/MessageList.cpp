@@ -59,6 +59,7 @@ MessageList::MessageList(AppModel& model)
     list_.set_model(selection_);
     list_.add_css_class("message-list");
     list_.set_single_click_activate(false);
+    list_.onEnter([this] { return focusSelected(); });
     list_.signal_activate().connect(sigc::mem_fun(*this, &MessageList::activate));
 
     scroller_.set_child(list_);
@@ -85,19 +86,13 @@ MessageList::MessageList(AppModel& model)
 
 void MessageList::showTexts() {
     const Preferences& preferences = model_.preferences();
-    order_.set_tooltip_text(preferences.text(Texts::newestFirst));
-    gtk_accessible_update_property(GTK_ACCESSIBLE(order_.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
-                                   preferences.text(Texts::newestFirst).c_str(),
-                                   GTK_ACCESSIBLE_PROPERTY_DESCRIPTION,
-                                   preferences.text(Texts::messageOrder).c_str(), -1);
-    gtk_accessible_update_property(GTK_ACCESSIBLE(list_.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
-                                   preferences.text(Texts::messages).c_str(), -1);
+    Adwaita::setName(list_, preferences.text(Texts::messages));
     search_.property_placeholder_text() = preferences.text(Texts::searchMessages);
     gtk_accessible_update_property(GTK_ACCESSIBLE(search_.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
                                    preferences.text(Texts::searchMessages).c_str(), -1);
     showOrder();
     showSearch();
-    showEntries(); // rows hold texts too
+    showEntries();
 }
 
 void MessageList::showSearch() {
@@ -162,6 +157,12 @@ void MessageList::showNotice() {
 void MessageList::showOrder() {
     const bool before = std::exchange(updating_, true);
     order_.set_active(*model_.newestFirst);
+    const Preferences& preferences = model_.preferences();
+    const std::string state = *model_.newestFirst ? preferences.text(Texts::newestFirst) : "";
+    Adwaita::setNameAndTooltip(order_, preferences.text(Texts::messageOrder));
+    if (!state.empty()) order_.set_tooltip_text(preferences.text(Texts::messageOrder) + "\n" + state);
+    gtk_accessible_update_property(GTK_ACCESSIBLE(order_.gobj()), GTK_ACCESSIBLE_PROPERTY_DESCRIPTION,
+                                   state.c_str(), -1);
     updating_ = before;
 }
 
@@ -244,6 +245,33 @@ bool MessageList::scrollWhenLaidOut() {
     return false;
 }
 
+void MessageList::focusList() {
+    if (!focusSelected()) list_.grab_focus();
+}
+
+bool MessageList::focusSelected() {
+    const guint position = selectedPosition();
+    if (position == GTK_INVALID_LIST_POSITION || !list_.get_mapped()) return false;
+    bringIntoView(position);
+    for (Gtk::Widget* item = list_.get_first_child(); item; item = item->get_next_sibling()) {
+        const auto* const row = dynamic_cast<MessageRow*>(item->get_first_child());
+        if (row && row->entry() == rows_->entries()[position]) return item->grab_focus();
+    }
+    return false;
+}
+
+void MessageList::selectBeside(int step) {
+    const auto& entries = rows_->entries();
+    if (entries.empty()) return;
+    const guint position = selectedPosition();
+    std::size_t next = step > 0 ? 0 : entries.size() - 1;
+    if (position != GTK_INVALID_LIST_POSITION) {
+        if (position == (step > 0 ? entries.size() - 1 : 0)) return;
+        next = position + static_cast<std::size_t>(step);
+    }
+    model_.select(entries[next]->id);
+}
+
 void MessageList::select() {
     if (updating_) return;
     const guint position = selection_->get_selected();
@@ -257,7 +285,7 @@ void MessageList::select() {
 void MessageList::activate(guint position) {
     if (position >= rows_->entries().size()) return;
     model_.select(rows_->entries()[position]->id);
-    chosen_.emit();
+    entered_.emit();
 }
 
 // A click on the row that is selected already reads again what could not be read or shown.
@@ -269,7 +297,7 @@ void MessageList::choose(guint position) {
 }
 
 void MessageList::setUpRow(const Glib::RefPtr<Gtk::ListItem>& item) {
-    auto* const row = Gtk::make_managed<MessageRow>();
+    auto* const row = Gtk::make_managed<MessageRow>(model_.preferences());
     row->signalClicked().connect([this, place = item.get()] { choose(place->get_position()); });
     item->set_child(*row);
 }
@@ -277,7 +305,7 @@ void MessageList::setUpRow(const Glib::RefPtr<Gtk::ListItem>& item) {
 void MessageList::bindRow(const Glib::RefPtr<Gtk::ListItem>& item) {
     const auto row = std::dynamic_pointer_cast<EntryRow>(item->get_item());
     auto* const child = dynamic_cast<MessageRow*>(item->get_child());
-    if (row && child) child->show(*row->entry(), model_.preferences());
+    if (row && child) child->show(row->entry());
 }
 
 } // namespace TesselMail

@@ -3,6 +3,7 @@
 #include "TesselMail/Model/AppModel.h"
 #include "TesselMail/Views/AdwaitaWidgets.h"
 #include "TesselMail/Views/EntryRows.h"
+#include "TesselMail/Views/OneTabStop.h"
 
 #include <gtkmm.h>
 
@@ -15,10 +16,16 @@ public:
     explicit MessageList(AppModel& model);
 
     Adwaita::HeaderBar& header() noexcept { return header_; }
-    /// Emitted when people ask for a message by clicking its row or pressing Return on it.
+    /// Emitted when people click a message, also the one that is selected.
     sigc::signal<void()>& signalChosen() noexcept { return chosen_; }
-    void focusList() { list_.grab_focus(); }
+    /// Emitted when people press Return on a message to read it.
+    sigc::signal<void()>& signalEntered() noexcept { return entered_; }
+    /// Gives the focus to the selected row, or else to the list.
+    void focusList();
     void focusSearch() { search_.grab_focus(); }
+    /// Selects the next or the previous message of the list.
+    void selectNext() { selectBeside(1); }
+    void selectPrevious() { selectBeside(-1); }
 
 private:
     void showTexts();
@@ -27,6 +34,8 @@ private:
     bool selectionInView() const;
     void bringIntoView(guint position);
     bool scrollWhenLaidOut();
+    bool focusSelected();
+    void selectBeside(int step);
     void showTitle();
     void showNotice();
     void showSearch();
@@ -51,11 +60,12 @@ private:
     Gtk::Label notice_;
     Gtk::Stack stack_;
     Gtk::ScrolledWindow scroller_;
-    Gtk::ListView list_;
+    OneTabStop<Gtk::ListView> list_;
     Adwaita::StatusPage empty_{"mail-read-symbolic"};
     Glib::RefPtr<EntryRows> rows_;
     Glib::RefPtr<Gtk::SingleSelection> selection_;
     sigc::signal<void()> chosen_;
+    sigc::signal<void()> entered_;
     std::optional<AppModel::CollectionID> shownCollection_;
     bool updating_ = false;                    // the selection changes because the model did
     guint wanted_ = GTK_INVALID_LIST_POSITION; // the row to bring into view once rows are laid out

@@ -1,8 +1,11 @@
 #include "TesselMail/Views/MessageRow.h"
 
 #include "MailCore/Dates/MailDate.h"
+#include "TesselMail/Views/AdwaitaWidgets.h"
 #include "TesselMail/Views/DisplayText.h"
 #include "TesselMail/Views/SystemLocale.h"
+
+#include <utility>
 
 namespace TesselMail {
 namespace {
@@ -21,7 +24,8 @@ void setUpLine(Gtk::Inscription& line) {
 
 } // namespace
 
-MessageRow::MessageRow() : Gtk::Box(Gtk::Orientation::VERTICAL, 2) {
+MessageRow::MessageRow(Preferences& preferences)
+    : Gtk::Box(Gtk::Orientation::VERTICAL, 2), preferences_(preferences) {
     add_css_class("message-row");
     for (Gtk::Inscription* const line : {&sender_, &subject_, &date_}) {
         setUpLine(*line);
@@ -33,21 +37,31 @@ MessageRow::MessageRow() : Gtk::Box(Gtk::Orientation::VERTICAL, 2) {
     const auto click = Gtk::GestureClick::create();
     click->signal_released().connect([this](int, double, double) { clicked_.emit(); });
     add_controller(click);
+    preferences_.signalChanged().connect(sigc::mem_fun(*this, &MessageRow::showTexts));
 }
 
-void MessageRow::show(const MailCore::MessageEntry& entry, const Preferences& preferences) {
+void MessageRow::show(MailCore::SharedEntry entry) {
+    entry_ = std::move(entry);
+    showTexts();
+}
+
+// The name is put on the list's own widget around this one, which is what a screen reader comes to.
+void MessageRow::showTexts() {
+    if (!entry_) return;
     const std::string sender =
-        entry.from.empty() ? preferences.text(Texts::noSender) : displayed(entry.from, longestShown);
-    const std::string subject =
-        entry.subject.empty() ? preferences.text(Texts::noSubject) : displayed(entry.subject, longestShown);
+        entry_->from.empty() ? preferences_.text(Texts::noSender) : displayed(entry_->from, longestShown);
+    const std::string subject = entry_->subject.empty() ? preferences_.text(Texts::noSubject)
+                                                        : displayed(entry_->subject, longestShown);
     const std::string date =
-        entry.date.empty() ? ""
-                           : displayed(MailCore::MailDate::display(entry.date, systemLocale()), longestShown);
+        entry_->date.empty()
+            ? ""
+            : displayed(MailCore::MailDate::display(entry_->date, systemLocale()), longestShown);
     sender_.set_text(sender);
     subject_.set_text(subject);
     date_.set_text(date);
-    gtk_accessible_update_property(GTK_ACCESSIBLE(gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
-                                   (sender + ", " + subject + ", " + date).c_str(), -1);
+    std::string name = spoken(sender) + ", " + spoken(subject);
+    if (!date.empty()) name += ", " + spoken(date);
+    if (Gtk::Widget* const item = get_parent()) Adwaita::setName(*item, name);
 }
 
 } // namespace TesselMail

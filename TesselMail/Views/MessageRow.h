@@ -11,12 +11,18 @@ namespace TesselMail {
 /// are equally tall whatever is written in them.
 class MessageRow : public Gtk::Box {
 public:
-    MessageRow();
+    /// `preferences` outlive the row.
+    explicit MessageRow(Preferences& preferences);
     /// Emitted when the row is clicked, whether or not that changes the selection.
     sigc::signal<void()>& signalClicked() noexcept { return clicked_; }
-    void show(const MailCore::MessageEntry& entry, const Preferences& preferences);
+    void show(MailCore::SharedEntry entry);
+    const MailCore::SharedEntry& entry() const noexcept { return entry_; }
 
 private:
+    void showTexts();
+
+    Preferences& preferences_;
+    MailCore::SharedEntry entry_;
     Gtk::Inscription sender_;
     Gtk::Inscription subject_;
     Gtk::Inscription date_;

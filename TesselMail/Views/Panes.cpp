@@ -53,6 +53,7 @@ Panes::Panes(AppModel& model, WindowState& state)
     adw_leaflet_set_visible_child(outer_, GTK_WIDGET(inner_));
     sidebar_.signalChosen().connect(sigc::mem_fun(*this, &Panes::showList));
     list_.signalChosen().connect(sigc::mem_fun(*this, &Panes::showReader));
+    list_.signalEntered().connect([this] { focus(Place::reader); });
     showFolded();
 }
 
@@ -90,8 +91,7 @@ void Panes::showTexts() {
     for (const auto& [button, text] :
          {std::pair<Gtk::Button&, const Text&>{backToSources_, Texts::openedFiles},
           {backToList_, Texts::messages}}) {
-        button.set_tooltip_text(preferences.text(text));
-        Adwaita::setName(button, preferences.text(text));
+        Adwaita::setNameAndTooltip(button, preferences.text(text));
     }
 }
 

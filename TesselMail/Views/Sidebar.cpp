@@ -54,9 +54,9 @@ public:
         set_tooltip_text(collection.url.isFile() ? displayedPath(collection.url) : name);
         close_.set_tooltip_text(preferences.text(Texts::closeFile));
         gtk_accessible_update_property(GTK_ACCESSIBLE(gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
-                                       (name + ", " + count).c_str(), -1);
+                                       (spoken(name) + ", " + count).c_str(), -1);
         gtk_accessible_update_property(GTK_ACCESSIBLE(close_.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
-                                       (preferences.text(Texts::closeFile) + " " + name).c_str(), -1);
+                                       (preferences.text(Texts::closeFile) + " " + spoken(name)).c_str(), -1);
     }
 
     // The row goes with its collection: whatever handles the event must be done with it first.
@@ -87,6 +87,7 @@ Sidebar::Sidebar(AppModel& model) : Gtk::Box(Gtk::Orientation::VERTICAL), model_
     menu_.set_primary(true);
     header_.packStart(open_.widget());
     header_.packEnd(menu_);
+    header_.hideTitle(); // what the window is called is no news here
     append(header_.widget());
 
     captureHeading_.set_xalign(0);
@@ -177,7 +178,6 @@ void Sidebar::closeMenuRow() {
 
 void Sidebar::showTexts() {
     const Preferences& preferences = model_.preferences();
-    header_.setTitle(preferences.text(Texts::applicationName));
     const auto rowMenu = Gio::Menu::create();
     rowMenu->append(preferences.text(Texts::closeFile), "source.close");
     rowMenu_.set_menu_model(rowMenu);
@@ -186,10 +186,8 @@ void Sidebar::showTexts() {
     open_.setTexts(preferences.text(Texts::openHelp), preferences.text(Texts::openMore),
                    openMenu(preferences));
     Adwaita::setName(openFiles_, preferences.text(Texts::openFiles));
-    settings_.set_tooltip_text(preferences.text(Texts::settings));
-    Adwaita::setName(settings_, preferences.text(Texts::settings));
-    menu_.set_tooltip_text(preferences.text(Texts::menu));
-    Adwaita::setName(menu_, preferences.text(Texts::menu));
+    Adwaita::setNameAndTooltip(settings_, preferences.text(Texts::settings));
+    Adwaita::setNameAndTooltip(menu_, preferences.text(Texts::menu));
     menu_.set_menu_model(mainMenu(preferences));
     gtk_accessible_update_property(GTK_ACCESSIBLE(list_.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
                                    preferences.text(Texts::openedFiles).c_str(), -1);
@@ -238,7 +236,8 @@ void Sidebar::showSelection() {
 
 void Sidebar::focusSources() {
     Gtk::ListBoxRow* const row = list_.get_selected_row();
-    if (!row || !row->grab_focus()) list_.child_focus(Gtk::DirectionType::TAB_FORWARD);
+    if ((!row || !row->grab_focus()) && !list_.child_focus(Gtk::DirectionType::TAB_FORWARD))
+        openFiles_.grab_focus();
 }
 
 void Sidebar::choose(Gtk::ListBoxRow* row) {

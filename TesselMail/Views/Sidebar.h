@@ -2,6 +2,7 @@
 
 #include "TesselMail/Model/AppModel.h"
 #include "TesselMail/Views/AdwaitaWidgets.h"
+#include "TesselMail/Views/OneTabStop.h"
 
 #include <gtkmm.h>
 
@@ -43,7 +44,7 @@ private:
     Gtk::Label capture_;
     Gtk::Label heading_;
     Gtk::ScrolledWindow scroller_;
-    Gtk::ListBox list_;
+    OneTabStop<Gtk::ListBox> list_;
     Gtk::Box footer_{Gtk::Orientation::HORIZONTAL, 6};
     Gtk::Button openFiles_;
     Gtk::Button settings_;

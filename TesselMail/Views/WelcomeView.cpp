@@ -44,8 +44,7 @@ void WelcomeView::showTexts() {
     const Preferences& preferences = model_.preferences();
     openButton_.setTexts(preferences.text(Texts::openHelp), preferences.text(Texts::openMore),
                          openMenu(preferences));
-    menu_.set_tooltip_text(preferences.text(Texts::menu));
-    Adwaita::setName(menu_, preferences.text(Texts::menu));
+    Adwaita::setNameAndTooltip(menu_, preferences.text(Texts::menu));
     menu_.set_menu_model(mainMenu(preferences));
     page_.setTexts(preferences.text(Texts::applicationName), preferences.text(Texts::welcomeLine));
     adw_button_content_set_label(openContent_, preferences.text(Texts::openMail).c_str());

@@ -76,7 +76,7 @@ protected:
         return folder_.write(name, content);
     }
 
-    std::unique_ptr<MainWindow> window_ = std::make_unique<MainWindow>(*model_);
+    std::unique_ptr<MainWindow> window_ = std::make_unique<MainWindow>(*model_, state_);
 };
 
 // The list is asked for its selected row while it has no size yet, and again in another order.
