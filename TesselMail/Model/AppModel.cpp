@@ -50,13 +50,26 @@ std::string AppModel::errorText(const std::exception_ptr& error) const {
     return preferences_.text(TesselMail::errorText(error));
 }
 
-void AppModel::fail(const std::exception_ptr& failure) {
-    error.set(errorText(failure));
+Failure AppModel::fail(const std::exception_ptr& cause, const FailedWork& work) {
+    const MailCollection* const collection = active();
+    return fail(cause, work, collection ? collection->url : URL());
+}
+
+Failure AppModel::fail(const std::exception_ptr& cause, const FailedWork& work, const URL& collection) {
+    Failure failure = failureText(cause, work);
+    if (!collection.isFile() && failure.remedy == Remedy::reopen) failure.remedy = Remedy::none;
+    changedSource_.reset();
+    if (failure.remedy == Remedy::reopen) changedSource_ = collection;
+    error.set(preferences_.text(failure.text));
+    remedy.set(failure.remedy);
+    return failure;
 }
 
 void AppModel::dismissError() {
     const Changing changing(changes_);
     error.set(std::nullopt);
+    remedy.set(Remedy::none);
+    changedSource_.reset();
 }
 
 } // namespace TesselMail

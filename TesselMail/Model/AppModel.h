@@ -7,6 +7,7 @@
 #include "MailCore/Rendering/RenderedMail.h"
 #include "TesselMail/Model/ArchiveWork.h"
 #include "TesselMail/Model/Cancellation.h"
+#include "TesselMail/Model/FailureText.h"
 #include "TesselMail/Model/Preferences.h"
 #include "TesselMail/Model/Published.h"
 #include "TesselMail/Model/ScopedMailFile.h"
@@ -53,10 +54,12 @@ public:
     Field<std::shared_ptr<const MailCore::MailMessage>> message{changes_};   // on show
     Field<std::shared_ptr<const MailCore::RenderedMail>> rendered{changes_}; // of it
     Field<std::optional<std::string>> error{changes_};                       // a sentence for people
-    Field<bool> busy{changes_, false};                                       // an open run is in progress
-    Field<bool> reading{changes_, false};                                    // a message is being read
-    Field<std::size_t> progress{changes_, 0U}; // entries so far in the collection being indexed
-    Field<std::string> query{changes_};        // the search text as typed
+    Field<Remedy> remedy{changes_, Remedy::none};                            // for what `error` tells
+    Field<std::optional<Failure>> readFailure{changes_}; // why the selected message is not on show
+    Field<bool> busy{changes_, false};                   // an open run is in progress
+    Field<bool> reading{changes_, false};                // a message is being read
+    Field<std::size_t> progress{changes_, 0U};           // entries so far in the collection being indexed
+    Field<std::string> query{changes_};                  // the search text as typed
     Field<bool> newestFirst{changes_, true};
     Field<std::int64_t> searchUnreadable{changes_, 0};        // messages the last search could not read
     Field<bool> searching{changes_, false};                   // for a text
@@ -69,9 +72,13 @@ public:
 
     // Opening and closing
 
-    /// Opens the first 20 distinct files and folders among `urls`; a run in progress is stopped. A mailto:
-    /// link among the first 20 takes the place of all of them.
-    void open(const std::vector<MailCore::URL>& urls);
+    /// Opens the first 20 distinct files and folders among `urls`; a run in progress is stopped. The first of
+    /// them that opens is shown. A mailto: link among the first 20 takes the place of all of them. A notice
+    /// tells how many files were left, `left` of which the caller had kept back.
+    void open(const std::vector<MailCore::URL>& urls, std::size_t left = 0);
+    /// Opens again the changed source that `error` or, without one, `readFailure` tells of. The message that
+    /// is selected in it stays so when it is still there.
+    void reopenSource();
     /// Shows what the mailto: link `url` carries instead of a message, and brings the window to the front.
     /// The collections stay open. A link that cannot be read changes nothing but `error`.
     void receive(const MailCore::URL& url);
@@ -110,7 +117,7 @@ public:
     bool selectionTooLarge() const;
     void setShowDetails(bool show);
     /// The reading view reports that it could not show the content tagged `identity`.
-    void readingViewFailed(std::optional<MailCore::UUID> identity, std::string explanation);
+    void readingViewFailed(std::optional<MailCore::UUID> identity, const Text& explanation);
     void dismissError();
     /// Makes this application the one that opens mail links; whether that worked.
     Later<bool> becomeMailHandler() { return desktop_.becomeMailHandler(); }
@@ -130,6 +137,13 @@ private:
     AppModel(Preferences& preferences, FilePanels& panels, Desktop& desktop);
 
     struct Run;
+
+    /// The message to go back to when its source has been opened again.
+    struct Return {
+        MailCore::URL source;
+        MailCore::SharedEntry entry;
+        std::optional<MailCore::UUID> request; // the selection made instead of it, until it arrives
+    };
 
     /// Where an attachment was found. Its own identity is a new one each time its message is read.
     struct AttachmentPlace {
@@ -166,7 +180,9 @@ private:
     bool showsOther(CollectionID id, const MailCore::URL& url) const;
     void finishIndexing(MailCore::MailCollection result, const MailFileScope& scope);
     void interruptIndexing(std::optional<CollectionID> id);
-    void finishRun(const Run& run, const std::vector<std::string>& notices);
+    bool takesSelection(const Run& run, const MailFileScope& scope) const;
+    void returnTo(const MailCore::EntryList& arrived, const MailCore::MailCollection& collection);
+    void finishRun(const Run& run, std::vector<std::string> notices);
     void presentCollection(std::optional<CollectionID> id, std::optional<EntryID> entry);
     void removeCollections(const MailCore::URL& url);
     void removeCollection(std::size_t position);
@@ -181,7 +197,8 @@ private:
     AttachmentPlace placeOf(const MailCore::MailAttachment& attachment) const;
     SharedAttachment shownAttachment(MailCore::UUID id) const;
     void checkDestination(const MailCore::URL& destination) const;
-    void fail(const std::exception_ptr& error);
+    Failure fail(const std::exception_ptr& error, const FailedWork& work = {});
+    Failure fail(const std::exception_ptr& error, const FailedWork& work, const MailCore::URL& collection);
 
     const MailCore::MailCollection* find(CollectionID id) const noexcept;
     MailCore::MailCollection* edit(CollectionID id);
@@ -206,6 +223,8 @@ private:
     std::map<MailCore::URL, MailFileScope> scopes_;
     std::optional<CollectionID> openingID_;          // placeholder being indexed
     std::optional<CollectionID> preferredOpeningID_; // placeholder that takes the selection
+    std::optional<MailCore::URL> changedSource_;     // of which `error` tells
+    std::optional<Return> return_;
 };
 
 } // namespace TesselMail

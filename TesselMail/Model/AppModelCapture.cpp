@@ -11,7 +11,8 @@ void AppModel::receive(const MailCore::URL& url) {
     try {
         link.emplace(url.text());
     } catch (...) {
-        return fail(std::current_exception());
+        fail(std::current_exception());
+        return;
     }
     cancel();
     if (*selectedCollection) beforeCapture_ = *selectedCollection; // a second link comes without one

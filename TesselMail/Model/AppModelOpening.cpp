@@ -5,9 +5,11 @@
 #include "MailCore/Platform/Text.h"
 #include "MailCore/Sources/MailReader.h"
 
+#include <fmt/format.h>
 #include <glib.h>
 
 #include <algorithm>
+#include <set>
 #include <span>
 #include <utility>
 
@@ -22,10 +24,9 @@ constexpr std::size_t filesPerRequest = 20;
 
 std::vector<URL> distinctFiles(const std::vector<URL>& urls) {
     std::vector<URL> files;
-    for (const URL& url : urls) {
-        if (files.size() == filesPerRequest) break;
-        if (url.isFile() && std::ranges::find(files, url) == files.end()) files.push_back(url);
-    }
+    std::set<URL> seen;
+    for (const URL& url : urls)
+        if (url.isFile() && seen.insert(url).second) files.push_back(url);
     return files;
 }
 
@@ -81,23 +82,29 @@ std::string joined(const std::vector<std::string>& notices) {
 struct AppModel::Run {
     std::vector<MailFileScope> scopes;
     CancellationToken token;
+    MailCore::UUID request; // of the selection when it began
+    std::size_t left = 0;   // files beyond those that one request opens
 };
 
-void AppModel::open(const std::vector<URL>& urls) {
+void AppModel::open(const std::vector<URL>& urls, std::size_t left) {
     const auto looked = std::span(urls).first(std::min(urls.size(), filesPerRequest));
     const auto link = std::ranges::find(looked, "mailto", &URL::scheme);
     if (link != looked.end()) return receive(*link);
-    const std::vector<URL> files = distinctFiles(urls);
+    std::vector<URL> files = distinctFiles(urls);
     if (files.empty()) return;
+    if (files.size() > filesPerRequest) {
+        left += files.size() - filesPerRequest;
+        files.erase(files.begin() + filesPerRequest, files.end());
+    }
 
     const Changing changing(changes_);
     cancel();
     token_ = std::make_shared<Cancellation>();
     busy.set(true);
     progress.set(0);
-    error.set(std::nullopt);
+    dismissError();
 
-    Run run{.scopes = {}, .token = token_};
+    Run run{.scopes = {}, .token = token_, .request = *readRequest, .left = left};
     for (const URL& url : files) {
         MailFileScope scope = scopeOf(url);
         if (!scope) scope = std::make_shared<const ScopedMailFile>(ScopedMailFile{url});
@@ -106,10 +113,27 @@ void AppModel::open(const std::vector<URL>& urls) {
     openAll(shared_from_this(), std::move(run));
 }
 
+void AppModel::reopenSource() {
+    const MailCollection* const shown = active();
+    std::optional<URL> source = changedSource_;
+    if (!source && shown) source = shown->url;
+    if (!source || !source->isFile()) return;
+    const Changing changing(changes_);
+    open({*source});
+    if (shown && shown->url == *source)
+        if (MailCore::SharedEntry selected = entry())
+            return_ = Return{.source = *source, .entry = std::move(selected), .request = std::nullopt};
+}
+
+// Whether what opens now is shown: the first source of the request, or the one after others that failed,
+// unless people have chosen something meanwhile.
+bool AppModel::takesSelection(const Run& run, const MailFileScope& scope) const {
+    return scope == run.scopes.front() || (preferredOpeningID_ && *readRequest == run.request);
+}
+
 Task AppModel::openAll(std::shared_ptr<AppModel> self, Run run) {
     std::vector<std::string> notices;
     for (const MailFileScope& scope : run.scopes) {
-        const bool first = scope == run.scopes.front();
         if (run.token->isStopped()) break;
 
         const auto opened = std::ranges::find(*self->collections, scope->url, &MailCollection::url);
@@ -124,23 +148,23 @@ Task AppModel::openAll(std::shared_ptr<AppModel> self, Run run) {
             if (run.token->isStopped()) break;
             if (current) {
                 const Changing changing(self->changes_);
-                if (first && self->find(snapshot->id)) self->selectCollection(snapshot->id);
+                if (self->takesSelection(run, scope) && self->find(snapshot->id))
+                    self->selectCollection(snapshot->id);
                 continue;
             }
-        }
-
-        const std::int64_t room = self->indexRoom(scope->url);
-        if (room < 1) {
-            notices.push_back(self->preferences_.text(Texts::freeIndexMemory));
-            continue;
         }
 
         auto placeholder = std::make_shared<MailCollection>();
         placeholder->url = scope->url;
         placeholder->kind = presumedKind(scope->url);
         placeholder->isIndexing = true;
+        if (self->takesSelection(run, scope)) self->preferredOpeningID_ = placeholder->id;
+        const std::int64_t room = self->indexRoom(scope->url);
+        if (room < 1) {
+            notices.push_back(self->preferences_.text(Texts::freeIndexMemory));
+            continue;
+        }
         self->openingID_ = placeholder->id;
-        if (first) self->preferredOpeningID_ = placeholder->id;
 
         const auto delivery = self->deliveryOf(placeholder, scope, run.token);
         const MailCore::IndexLimits limits(MailCore::Limits::messages, room);
@@ -159,12 +183,16 @@ Task AppModel::openAll(std::shared_ptr<AppModel> self, Run run) {
         if (result) {
             result->id = placeholder->id;
             self->finishIndexing(std::move(*result), scope);
+            const MailCollection* const listed = self->find(placeholder->id);
+            if (listed && listed->entries.empty() && listed->indexLimitReached)
+                notices.push_back(self->preferences_.text(Texts::freeIndexMemory));
         } else {
             self->interruptIndexing(placeholder->id);
-            notices.push_back(nameOf(scope->url) + ": " + self->errorText(failure));
+            const Text text = failureText(failure, {.source = scope->url}).text;
+            notices.push_back(nameOf(scope->url) + ": " + self->preferences_.text(text));
         }
     }
-    self->finishRun(run, notices);
+    self->finishRun(run, std::move(notices));
 }
 
 std::shared_ptr<IndexDelivery> AppModel::deliveryOf(std::shared_ptr<const MailCollection> placeholder,
@@ -198,9 +226,9 @@ void AppModel::receiveBatch(MailCore::EntryList entries, const MailCollection& p
 
     MailCollection& collection = *edit(placeholder.id);
     const MailCore::SharedEntry first = entries.empty() ? nullptr : entries.front();
-    for (MailCore::SharedEntry& entry : entries) {
+    for (const MailCore::SharedEntry& entry : entries) {
         collection.metadataBytes += entry->metadataBytes();
-        collection.entries.push_back(std::move(entry));
+        collection.entries.push_back(entry);
     }
     progress.set(collection.entries.size());
 
@@ -208,6 +236,23 @@ void AppModel::receiveBatch(MailCore::EntryList entries, const MailCollection& p
         presentCollection(placeholder.id, first ? std::optional(first->id) : std::nullopt);
     else if (*selectedCollection == placeholder.id)
         scheduleSearch(Search::refresh);
+    returnTo(entries, placeholder);
+}
+
+// Goes on from the message that was selected before its source was opened again, once it arrives; people who
+// have chosen another one meanwhile stay with it.
+void AppModel::returnTo(const MailCore::EntryList& arrived, const MailCollection& collection) {
+    if (!return_ || !(return_->source == collection.url) || *selectedCollection != collection.id) return;
+    if (!return_->request) return_->request = *readRequest;
+    if (return_->request != *readRequest) return return_.reset();
+    const MailCore::MessageEntry& wanted = *return_->entry;
+    const auto found = std::ranges::find_if(arrived, [&](const MailCore::SharedEntry& entry) {
+        return entry->subject == wanted.subject && entry->from == wanted.from && entry->date == wanted.date &&
+               entry->length == wanted.length;
+    });
+    if (found == arrived.end()) return;
+    return_.reset();
+    select((*found)->id);
 }
 
 // Whether the selected collection is another, older copy of the same source.
@@ -220,6 +265,7 @@ void AppModel::finishIndexing(MailCollection result, const MailFileScope& scope)
     const CollectionID id = result.id;
     const auto first = result.entries.empty() ? std::nullopt : std::optional(result.entries.front()->id);
     const bool staleShown = showsOther(id, result.url);
+    MailCore::EntryList arrived; // now, rather than in batches before
     if (MailCollection* const listed = edit(id)) {
         listed->isIndexing = false;
         listed->kind = std::move(result.kind);
@@ -228,11 +274,13 @@ void AppModel::finishIndexing(MailCollection result, const MailFileScope& scope)
     } else {
         removeCollections(result.url);
         result.isIndexing = false;
+        arrived = result.entries;
         collections.edit().push_back(std::move(result));
         scopes_[scope->url] = scope;
     }
     if (*selectedCollection == id) scheduleSearch(Search::refresh);
     if (staleShown || preferredOpeningID_ == id) presentCollection(id, first);
+    if (const MailCollection* const listed = find(id)) returnTo(arrived, *listed);
 }
 
 void AppModel::interruptIndexing(std::optional<CollectionID> id) {
@@ -242,14 +290,21 @@ void AppModel::interruptIndexing(std::optional<CollectionID> id) {
     collection->indexInterrupted = true;
 }
 
-void AppModel::finishRun(const Run& run, const std::vector<std::string>& notices) {
+void AppModel::finishRun(const Run& run, std::vector<std::string> notices) {
     if (token_ != run.token) return;
     const Changing changing(changes_);
     busy.set(false);
     openingID_.reset();
     preferredOpeningID_.reset();
+    return_.reset();
     releaseUnusedScopes();
-    if (!run.token->isStopped() && !notices.empty()) error.set(joined(notices));
+    if (run.left > 0) {
+        const std::string text = preferences_.text(run.left == 1 ? Texts::fileLeft : Texts::filesLeft);
+        notices.push_back(fmt::format(fmt::runtime(text), run.left));
+    }
+    if (run.token->isStopped() || notices.empty()) return;
+    dismissError();
+    error.set(joined(notices));
 }
 
 void AppModel::cancel() {
@@ -258,6 +313,7 @@ void AppModel::cancel() {
     interruptIndexing(openingID_);
     preferredOpeningID_.reset();
     openingID_.reset();
+    return_.reset();
     busy.set(false);
 }
 
@@ -328,7 +384,7 @@ void AppModel::closeAll() {
     const Changing changing(changes_);
     cancel();
     reading.set(false);
-    error.set(std::nullopt);
+    dismissError();
     progress.set(0);
     if (readToken_) readToken_->stop();
     while (!collections->empty()) removeCollection(collections->size() - 1);

@@ -78,6 +78,7 @@ void AppModel::select(std::optional<EntryID> id) {
         return;
     }
     readToken_ = std::make_shared<Cancellation>();
+    readFailure.set(std::nullopt);
     reading.set(true);
     readEntry(shared_from_this(), collection, selected, scopeOf(active()->url), readToken_);
 }
@@ -99,11 +100,12 @@ Task AppModel::readEntry(std::shared_ptr<AppModel> self, CollectionID collection
     }
     self->clearPresentation();
     self->reading.set(false);
-    self->fail(failure);
+    self->readFailure.set(self->fail(failure, {.source = entry->file}));
 }
 
 void AppModel::show(ArchiveWork::ReadMessage content, CollectionID collection, EntryID entry) {
     readerFailed.set(false);
+    readFailure.set(std::nullopt);
     message.set(std::move(content.message));
     rendered.set(std::move(content.rendered));
     displayedCollection_ = collection;
@@ -115,6 +117,7 @@ void AppModel::show(ArchiveWork::ReadMessage content, CollectionID collection, E
 
 void AppModel::clearPresentation() {
     readerFailed.set(false);
+    readFailure.set(std::nullopt);
     message.set(nullptr);
     rendered.set(nullptr);
     displayedCollection_.reset();
@@ -128,11 +131,14 @@ void AppModel::setShowDetails(bool show) {
     showDetails.set(show);
 }
 
-void AppModel::readingViewFailed(std::optional<MailCore::UUID> identity, std::string explanation) {
+void AppModel::readingViewFailed(std::optional<MailCore::UUID> identity, const Text& explanation) {
     if (identity != *selectionVersion || !*message || *reading) return;
     const Changing changing(changes_);
     readerFailed.set(true);
-    error.set(std::move(explanation));
+    readFailure.set(Failure{explanation, Remedy::tryAgain});
+    dismissError();
+    error.set(preferences_.text(explanation));
+    remedy.set(Remedy::tryAgain);
 }
 
 AppModel::SharedAttachment AppModel::shownAttachment(MailCore::UUID id) const {
@@ -149,8 +155,10 @@ void AppModel::previewAttachment(MailCore::UUID id) {
     const AttachmentPlace place = placeOf(*attachment);
     for (const auto& [collection, memory] : memoryMessages_)
         if (memory.place == place) return selectCollection(collection);
-    if (memoryMessages_.size() >= memoryCollections)
-        return fail(std::make_exception_ptr(MailError(MailError::tooMany)));
+    if (memoryMessages_.size() >= memoryCollections) {
+        fail(std::make_exception_ptr(MailError(MailError::tooMany)));
+        return;
+    }
     readAttachment(shared_from_this(), attachment, place);
 }
 
@@ -224,7 +232,7 @@ Task AppModel::storeAttachment(std::shared_ptr<AppModel> self, SharedAttachment 
         failure = std::current_exception();
     }
     const Changing changing(self->changes_);
-    if (failure) self->fail(failure);
+    if (failure) self->fail(failure, {.kind = FailedWork::Kind::saving, .source = std::nullopt});
 }
 
 bool AppModel::canExportOriginal() const {
@@ -242,7 +250,8 @@ Task AppModel::storeOriginal(std::shared_ptr<AppModel> self, SharedEntry entry, 
     // What is to be written is settled before the panel opens; the collection may be closed meanwhile.
     const auto memory = self->memoryMessages_.find(collection);
     const auto original = memory == self->memoryMessages_.end() ? nullptr : memory->second.original;
-    const MailFileScope scope = self->scopeOf(self->find(collection)->url);
+    const URL source = self->find(collection)->url;
+    const MailFileScope scope = self->scopeOf(source);
 
     SavePanel panel = savePanel(self->preferences_, Texts::exportOriginal, proposedName(*entry));
     const std::optional<URL> destination = co_await self->panels_.save(std::move(panel));
@@ -259,7 +268,7 @@ Task AppModel::storeOriginal(std::shared_ptr<AppModel> self, SharedEntry entry, 
         failure = std::current_exception();
     }
     const Changing changing(self->changes_);
-    if (failure) self->fail(failure);
+    if (failure) self->fail(failure, {.kind = FailedWork::Kind::saving, .source = entry->file}, source);
 }
 
 void AppModel::checkDestination(const URL& destination) const {

@@ -13,6 +13,9 @@
 
 #include <glib.h>
 
+#include <algorithm>
+#include <array>
+#include <cerrno>
 #include <optional>
 #include <string>
 #include <system_error>
@@ -92,15 +95,33 @@ MailCore::MailMessage attachedMessage(const MailCore::MailAttachment& attachment
     return MailCore::MIME::parse(attachment.bytes, cancelledBy(token));
 }
 
+// The error numbers behind GLib's own names for them.
+constexpr auto errorNumbers = std::to_array<std::pair<GFileError, int>>({
+    {G_FILE_ERROR_ACCES, EACCES},
+    {G_FILE_ERROR_PERM, EPERM},
+    {G_FILE_ERROR_ROFS, EROFS},
+    {G_FILE_ERROR_NOSPC, ENOSPC},
+    {G_FILE_ERROR_NOENT, ENOENT},
+    {G_FILE_ERROR_NOTDIR, ENOTDIR},
+    {G_FILE_ERROR_ISDIR, EISDIR},
+    {G_FILE_ERROR_NAMETOOLONG, ENAMETOOLONG},
+});
+
+int errorNumber(const GError& error) {
+    const auto found = std::ranges::find(errorNumbers, error.code, &std::pair<GFileError, int>::first);
+    return error.domain == G_FILE_ERROR && found != errorNumbers.end() ? found->second : EIO;
+}
+
 void writeFile(const MailCore::Bytes& bytes, const MailCore::URL& destination) {
     GError* error = nullptr;
     const std::string_view chars = MailCore::charsOf(bytes);
     if (g_file_set_contents_full(destination.path().c_str(), chars.data(), static_cast<gssize>(chars.size()),
                                  G_FILE_SET_CONTENTS_CONSISTENT, 0666, &error))
         return;
+    const int number = errorNumber(*error);
     const std::string reason = error->message;
     g_error_free(error);
-    throw std::system_error(std::make_error_code(std::errc::io_error), reason);
+    throw std::system_error(number, std::generic_category(), reason);
 }
 
 } // namespace

@@ -9,6 +9,8 @@ struct Text {
     std::string_view english;
     std::string_view chinese;
 
+    bool operator==(const Text&) const = default;
+
     /// The text in Simplified Chinese or in English.
     constexpr std::string_view in(bool inChinese) const noexcept { return inChinese ? chinese : english; }
 };
@@ -56,6 +58,10 @@ inline constexpr Text allFiles = {"All files", "所有文件"};
 inline constexpr Text opening = {"Opening…", "正在打开…"};
 inline constexpr Text freeIndexMemory = {"Close an archive to free index memory.",
                                          "请关闭存档以释放索引内存。"};
+inline constexpr Text fileLeft = {"{} file was not opened: at most 20 are opened at a time.",
+                                  "还有 {} 个文件未打开：一次最多打开 20 个。"};
+inline constexpr Text filesLeft = {"{} files were not opened: at most 20 are opened at a time.",
+                                   "还有 {} 个文件未打开：一次最多打开 20 个。"};
 inline constexpr Text couldNotComplete = {"Could not complete this action", "未能完成操作"};
 
 // Sidebar and list
@@ -90,6 +96,7 @@ inline constexpr Text tooLargeToPreviewHint = {
     "这封邮件超过 32 MiB 预览上限，可通过“导出原始邮件”完整保存，不受此上限限制。"};
 inline constexpr Text notShown = {"This message is not shown", "这封邮件未能显示"};
 inline constexpr Text tryAgain = {"Try again", "重试"};
+inline constexpr Text reopen = {"Reopen", "重新打开"};
 inline constexpr Text noPlainText = {"This message has no plain text.", "这封邮件没有纯文本内容。"};
 inline constexpr Text showPlainText = {"Show as plain text", "以纯文本显示"};
 inline constexpr Text selectAll = {"Select All", "全选"};
@@ -212,6 +219,15 @@ inline constexpr Text unsafeDestination = {"Choose another destination to keep o
 inline constexpr Text fileFailed = {
     "Could not read or save the file. Check its location and access permissions.",
     "未能读取或保存文件，请检查位置及访问权限。"};
+inline constexpr Text fileMissing = {
+    "The file is no longer there. It may have been moved, renamed or deleted.",
+    "文件已不存在，可能已被移动、重命名或删除。"};
+inline constexpr Text mayNotRead = {"You do not have permission to read this file.",
+                                    "你没有读取此文件的权限。"};
+inline constexpr Text mayNotSave = {"You do not have permission to save here. Choose another folder.",
+                                    "没有在此处保存的权限，请选择其他文件夹。"};
+inline constexpr Text diskFull = {"The disk is full. Free some space and try again.",
+                                  "磁盘空间已满，请释放空间后重试。"};
 
 } // namespace Texts
 } // namespace TesselMail

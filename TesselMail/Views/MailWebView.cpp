@@ -88,7 +88,7 @@ MailWebView::MailWebView(AppModel& model, std::string rulesFolder)
               showLink(address, place);
           },
           [this](std::optional<MailCore::UUID> identity, const Text& explanation) {
-              model_.readingViewFailed(identity, model_.preferences().text(explanation));
+              model_.readingViewFailed(identity, explanation);
           },
           [this] { signalShown_.emit(); }) {
     configure();

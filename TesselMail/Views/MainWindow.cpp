@@ -116,7 +116,10 @@ bool MainWindow::drop(const Glib::ValueBase& value, double, double) {
     for (; item && offered < filesPerDrop; item = item->next, ++offered)
         if (const char* const path = g_file_peek_path(G_FILE(item->data)))
             urls.push_back(MailCore::URL::file(path));
-    model_.open(urls);
+    std::size_t left = 0;
+    for (; item; item = item->next)
+        if (g_file_peek_path(G_FILE(item->data))) ++left;
+    model_.open(urls, left);
     return offered > 0;
 }
 
@@ -174,25 +177,37 @@ void MainWindow::showError() {
         if (shown) gtk_window_close(GTK_WINDOW(shown.get()));
         return;
     }
-    if (shown) return adw_message_dialog_set_body(shown.get(), (*model_.error)->c_str());
+    const bool reopens = *model_.remedy == Remedy::reopen;
+    if (shown && static_cast<bool>(adw_message_dialog_has_response(shown.get(), "reopen")) == reopens)
+        return adw_message_dialog_set_body(shown.get(), (*model_.error)->c_str());
+    if (shown) { // another one with other answers takes its place
+        g_signal_handlers_disconnect_by_data(shown.get(), this);
+        gtk_window_destroy(GTK_WINDOW(shown.get()));
+    }
 
     const Preferences& preferences = model_.preferences();
     auto* const dialog = ADW_MESSAGE_DIALOG(
         adw_message_dialog_new(gobj() ? GTK_WINDOW(gobj()) : nullptr,
                                preferences.text(Texts::couldNotComplete).c_str(), (*model_.error)->c_str()));
     Adwaita::attach(GTK_WINDOW(dialog), *this);
+    if (reopens) adw_message_dialog_add_response(dialog, "reopen", preferences.text(Texts::reopen).c_str());
     adw_message_dialog_add_response(dialog, "ok", preferences.text(Texts::ok).c_str());
     adw_message_dialog_set_default_response(dialog, "ok");
     adw_message_dialog_set_close_response(dialog, "ok");
-    g_signal_connect_swapped(dialog, "response",
-                             G_CALLBACK(+[](MainWindow* self) { self->errorDismissed(); }), this);
+    g_signal_connect_swapped(dialog, "response", G_CALLBACK(+[](MainWindow* self, const char* response) {
+                                 self->errorDismissed(std::string_view(response) == "reopen");
+                             }),
+                             this);
     errorDialog_.set(dialog);
     gtk_window_present(GTK_WINDOW(dialog));
 }
 
-void MainWindow::errorDismissed() {
+void MainWindow::errorDismissed(bool reopen) {
     errorDialog_.set(nullptr);
-    model_.dismissError();
+    if (reopen)
+        model_.reopenSource();
+    else
+        model_.dismissError();
 }
 
 } // namespace TesselMail

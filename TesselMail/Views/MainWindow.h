@@ -34,7 +34,7 @@ private:
     void showSettings();
     bool offersFiles(const Glib::RefPtr<Gdk::Drop>& drop) const;
     bool drop(const Glib::ValueBase& value, double x, double y);
-    void errorDismissed();
+    void errorDismissed(bool reopen);
 
     AppModel& model_;
     WindowState& state_;

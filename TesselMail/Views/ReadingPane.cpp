@@ -26,10 +26,10 @@ ReadingPane::ReadingPane(AppModel& model)
     header_.packEnd(spinner_);
     append(header_.widget());
 
-    tryAgain_.set_halign(Gtk::Align::CENTER);
-    tryAgain_.add_css_class("pill");
-    tryAgain_.signal_clicked().connect(sigc::mem_fun(*this, &ReadingPane::readAgain));
-    failed_.setChild(tryAgain_);
+    remedy_.set_halign(Gtk::Align::CENTER);
+    remedy_.add_css_class("pill");
+    remedy_.signal_clicked().connect(sigc::mem_fun(*this, &ReadingPane::applyRemedy));
+    failed_.setChild(remedy_);
     message_.append(messageHeader_);
     message_.append(attachments_);
     message_.append(*Gtk::make_managed<Gtk::Separator>());
@@ -50,6 +50,7 @@ ReadingPane::ReadingPane(AppModel& model)
     model_.readRequest.signalChanged().connect(sigc::mem_fun(*this, &ReadingPane::closeLink));
     model_.readRequest.signalChanged().connect(sigc::mem_fun(*this, &ReadingPane::showPage));
     model_.readerFailed.signalChanged().connect(sigc::mem_fun(*this, &ReadingPane::showPage));
+    model_.readFailure.signalChanged().connect(sigc::mem_fun(*this, &ReadingPane::showFailure));
     model_.collections.signalChanged().connect(sigc::mem_fun(*this, &ReadingPane::showPage));
     model_.capture.signalChanged().connect(sigc::mem_fun(*this, &ReadingPane::showPage));
     model_.preferences().signalChanged().connect(sigc::mem_fun(*this, &ReadingPane::showTexts));
@@ -76,8 +77,7 @@ void ReadingPane::showTexts() {
     select_.setTexts(preferences.text(Texts::selectMessage), preferences.text(Texts::selectMessageHint));
     large_.setTexts(preferences.text(Texts::tooLargeToPreview),
                     preferences.text(Texts::tooLargeToPreviewHint));
-    failed_.setTexts(preferences.text(Texts::notShown), "");
-    tryAgain_.set_label(preferences.text(Texts::tryAgain));
+    showFailure();
     body_.showTexts();
     showHeader();
     showPage();
@@ -158,8 +158,20 @@ void ReadingPane::showSpinner() {
     showPage();
 }
 
-void ReadingPane::readAgain() {
-    model_.select(*model_.selectedEntry);
+void ReadingPane::showFailure() {
+    const Preferences& preferences = model_.preferences();
+    const Failure failure = (*model_.readFailure).value_or(Failure());
+    failed_.setTexts(preferences.text(Texts::notShown), preferences.text(failure.text));
+    remedy_.set_label(preferences.text(failure.remedy == Remedy::reopen ? Texts::reopen : Texts::tryAgain));
+    remedy_.set_visible(failure.remedy != Remedy::none);
+}
+
+void ReadingPane::applyRemedy() {
+    if (!*model_.readFailure) return;
+    if ((*model_.readFailure)->remedy == Remedy::reopen)
+        model_.reopenSource();
+    else
+        model_.select(*model_.selectedEntry);
 }
 
 } // namespace TesselMail

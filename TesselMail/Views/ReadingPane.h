@@ -36,7 +36,8 @@ private:
     void closeLink();
     void showReading();
     void showSpinner();
-    void readAgain();
+    void showFailure();
+    void applyRemedy();
 
     AppModel& model_;
     Adwaita::HeaderBar header_;
@@ -48,7 +49,7 @@ private:
     Adwaita::StatusPage select_{"mail-read-symbolic"};
     Adwaita::StatusPage large_{"mail-unread-symbolic"};
     Adwaita::StatusPage failed_{"dialog-warning-symbolic"};
-    Gtk::Button tryAgain_;
+    Gtk::Button remedy_; // of the failure: reading once more, or opening the source again
     Gtk::Box empty_;
     CaptureView capture_;
     Gtk::Box message_{Gtk::Orientation::VERTICAL};

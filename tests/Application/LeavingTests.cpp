@@ -133,8 +133,7 @@ TEST_F(Leaving, AFullDiskAsItWas) {
         panels_.destination = place.url("kept.bin");
         write();
         waitUntil([this] { return model_->error->has_value(); });
-        EXPECT_EQ(**model_->error,
-                  "Could not read or save the file. Check its location and access permissions.");
+        EXPECT_EQ(**model_->error, "The disk is full. Free some space and try again.");
         EXPECT_EQ(place.read("kept.bin"), "what was there before");
         EXPECT_EQ(place.count(), 1U) << "something was left behind";
         model_->dismissError();

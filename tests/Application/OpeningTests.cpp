@@ -35,6 +35,15 @@ TEST_F(Opening, TakesTwentyDistinctFilesOfARequest) {
     open(urls);
     EXPECT_THAT(*model_->collections, SizeIs(20));
     EXPECT_EQ(openNames().back(), "19.eml");
+    EXPECT_EQ(*model_->error, "1 file was not opened: at most 20 are opened at a time.");
+    model_->open({urls.front()}, 2);
+    settle();
+    EXPECT_EQ(*model_->error, "2 files were not opened: at most 20 are opened at a time.");
+    open({urls.front(), urls.front()});
+    EXPECT_EQ(*model_->error, std::nullopt);
+    preferences_.setLanguage("zh-CN");
+    open(urls);
+    EXPECT_EQ(*model_->error, "还有 1 个文件未打开：一次最多打开 20 个。");
 }
 
 TEST_F(Opening, OrdersByDateInBothDirectionsWithUndatedMessagesLast) {
@@ -180,11 +189,42 @@ TEST_F(Opening, OpensWhatPeopleChoose) {
     EXPECT_THAT(openNames(), ElementsAre("a.eml"));
 }
 
-TEST_F(Opening, ListsTheOthersWhenTheFirstFails) {
-    open({folder_.write("b.eml", ""), letter("a.eml", "a letter")});
-    EXPECT_THAT(openNames(), ElementsAre("a.eml"));
-    EXPECT_EQ(*model_->selectedCollection, std::nullopt) << "only the first of a request is shown";
-    EXPECT_TRUE(*model_->error);
+TEST_F(Opening, ShowsTheFirstThatOpensWhenOthersFail) {
+    const URL bad = folder_.write("b.eml", "");
+    const URL good = letter("a.eml", "a letter");
+    const URL archive = folder_.write("box.mbox", mailbox({"one", "two"}));
+    const std::vector<URL> requests[] = {{bad, good, archive}, {bad, bad, archive, good}};
+    for (const auto& request : requests) {
+        open(request);
+        EXPECT_THAT(*model_->collections, SizeIs(2));
+        EXPECT_EQ(*model_->selectedCollection, idOf(0));
+        EXPECT_TRUE(*model_->error);
+        EXPECT_TRUE(model_->currentMessageReady());
+        model_->closeAll();
+    }
+    // Also when it is open already, but not from under people who look at something else meanwhile.
+    open({good, archive});
+    open({bad, archive});
+    EXPECT_EQ(shownSubject(), "one");
+    model_->open({bad, good});
+    model_->select(1);
+    settle();
+    EXPECT_EQ(shownSubject(), "two");
+}
+
+TEST_F(Opening, SaysWhyAnArchiveBringsNoMessage) {
+    // A message of the largest metadata there is room for, again and again, until the budget is used up.
+    std::string content;
+    const std::string long_(120'000, 'x');
+    for (int number = 0; number < 5'000; ++number)
+        content +=
+            "From x Mon Jan  1 10:00:00 2024\nSubject: " + std::to_string(number) + long_ + "\n\nHello\n\n";
+    const URL full = folder_.write("full.mbox", content);
+    open({full});
+    ASSERT_TRUE(model_->active()->indexLimitReached);
+    EXPECT_EQ(*model_->error, std::nullopt) << "the list says so";
+    open({folder_.write("late.mbox", "From x Mon Jan  1 10:00:00 2024\nSubject: " + long_ + "\n\nHello\n")});
+    EXPECT_EQ(*model_->error, Texts::freeIndexMemory.english);
 }
 
 class ErrorTexts : public ModelTest {

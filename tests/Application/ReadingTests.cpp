@@ -45,10 +45,11 @@ TEST_F(Reading, ReadsTheSameMessageAgainOnlyAfterAnError) {
     model_->select(0);
     EXPECT_EQ(*model_->readRequest, request);
 
-    model_->readingViewFailed(MailCore::UUID::random(), "about something older");
+    model_->readingViewFailed(MailCore::UUID::random(), Texts::viewStopped);
     EXPECT_EQ(*model_->error, std::nullopt);
-    model_->readingViewFailed(*model_->selectionVersion, "The view failed.");
-    EXPECT_EQ(*model_->error, "The view failed.");
+    model_->readingViewFailed(*model_->selectionVersion, Texts::viewStopped);
+    EXPECT_EQ(*model_->error, Texts::viewStopped.english);
+    EXPECT_EQ(*model_->readFailure, (Failure{Texts::viewStopped, Remedy::tryAgain}));
     EXPECT_FALSE(model_->currentMessageReady());
     model_->dismissError();
     model_->select(0);
@@ -66,6 +67,88 @@ TEST_F(Reading, ClearsThePaneAndSaysWhyWhenTheFileChanged) {
     EXPECT_EQ(*model_->error, "The source file changed. Reopen it to update the message list.");
     EXPECT_EQ(*model_->selectedEntry, 1);
     EXPECT_THAT(listed(), ElementsAre("two", "one"));
+}
+
+TEST_F(Reading, GoesOnWhereItWasWhenAChangedSourceIsOpenedAgain) {
+    struct Case {
+        std::string_view name;
+        std::string now;
+        std::string_view shown;
+    };
+    const Case cases[] = {
+        {"something arrived after it", mailbox({"one", "two", "three"}), "two"},
+        {"something before it is gone", mailbox({"two"}), "two"},
+        {"it is gone", mailbox({"one"}), "one"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        std::string before = mailbox({"one", "two"});
+        std::string now = c.now;
+        for (std::string* const content : {&before, &now}) // the dates of `mailbox` tell places, not messages
+            for (std::size_t at = 0; (at = content->find("Date: ", at)) != std::string::npos; ++at)
+                content->replace(at + 6, content->find('\n', at) - at - 6, "1 Jan 2024 10:00:00 +0000");
+        open({letter("other.eml", "other"), folder_.write("box.mbox", before)});
+        model_->selectCollection(idOf(1));
+        settle();
+        folder_.write("box.mbox", now);
+        folder_.touch("box.mbox");
+        model_->select(1);
+        settle();
+        ASSERT_EQ(*model_->remedy, Remedy::reopen);
+        ASSERT_EQ(*model_->readFailure, (Failure{Texts::sourceChanged, Remedy::reopen}));
+        model_->dismissError(); // the pane offers it still
+        model_->reopenSource();
+        settle();
+        EXPECT_EQ(shownSubject(), c.shown);
+        EXPECT_EQ(*model_->readFailure, std::nullopt);
+        EXPECT_EQ(*model_->remedy, Remedy::none);
+        EXPECT_FALSE(*model_->error) << **model_->error;
+        EXPECT_THAT(*model_->collections, SizeIs(2));
+        model_->closeAll();
+    }
+}
+
+TEST_F(Reading, OffersToOpenASourceAgainThatChangedUnderASearchOrAnExport) {
+    open({folder_.write("box.mbox", mailbox({"one", "two"})), letter("other.eml", "other")});
+    folder_.touch("box.mbox");
+    model_->setQuery("Hello");
+    waitUntil([this] { return model_->error->has_value(); });
+    EXPECT_EQ(*model_->remedy, Remedy::reopen);
+    model_->reopenSource();
+    settle();
+    EXPECT_EQ(*model_->remedy, Remedy::none);
+    EXPECT_EQ(shownSubject(), "one");
+
+    folder_.touch("box.mbox");
+    panels_.destination = folder_.url("out.eml");
+    model_->exportOriginal();
+    waitUntil([this] { return model_->error->has_value(); });
+    EXPECT_EQ(*model_->remedy, Remedy::reopen);
+    const auto box = *model_->selectedCollection;
+    // What is opened again is what failed, not what is looked at.
+    model_->selectCollection(model_->collections->back().id == box ? idOf(0)
+                                                                   : model_->collections->back().id);
+    settle();
+    ASSERT_TRUE(model_->error->has_value());
+    const auto former = *box;
+    model_->reopenSource();
+    settle();
+    for (const auto& collection : *model_->collections) EXPECT_FALSE(collection.id == former);
+}
+
+TEST_F(Reading, SaysThatAFileIsGoneAndReadsItWhenItIsBack) {
+    open({letter("a.eml", "a"), letter("b.eml", "b")});
+    std::filesystem::rename(folder_.path("b.eml"), folder_.path("elsewhere"));
+    model_->selectCollection(idOf(1));
+    settle();
+    EXPECT_EQ(*model_->error, Texts::fileMissing.english);
+    EXPECT_EQ(*model_->readFailure, (Failure{Texts::fileMissing, Remedy::tryAgain}));
+    std::filesystem::rename(folder_.path("elsewhere"), folder_.path("b.eml"));
+    model_->dismissError();
+    model_->select(0);
+    settle();
+    // Moving a file counts as changing it.
+    EXPECT_TRUE(shownSubject() == "b" || *model_->remedy == Remedy::reopen);
 }
 
 TEST_F(Reading, LeavesAMessageAloneThatIsTooLarge) {
