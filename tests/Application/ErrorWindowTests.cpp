@@ -49,7 +49,7 @@ TEST_F(ErrorWindow, OffersToOpenAChangedSourceAgainAndDoesIt) {
         settle();
         expectPage(Texts::sourceChanged, "Reopen");
         ASSERT_TRUE(dialog());
-        adw_message_dialog_response(dialog(), fromDialog ? "reopen" : "ok");
+        press(buttonIn(GTK_WIDGET(dialog()), fromDialog ? "Reopen" : "OK"));
         if (!fromDialog) {
             waitUntil([] { return dialog() == nullptr; });
             EXPECT_FALSE(*model_->error);
@@ -85,7 +85,7 @@ TEST_F(ErrorWindow, OffersToTryAgainOnlyWhereThatCanHelp) {
     ASSERT_TRUE(dialog());
     EXPECT_TRUE(adw_message_dialog_has_response(dialog(), "reopen"));
     EXPECT_TRUE(*model_->error);
-    adw_message_dialog_response(dialog(), "ok");
+    press(buttonIn(GTK_WIDGET(dialog()), "OK"));
     waitUntil([] { return dialog() == nullptr; });
 }
 

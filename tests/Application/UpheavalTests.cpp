@@ -9,8 +9,8 @@ namespace {
 using testing::ElementsAre;
 using testing::SizeIs;
 
-constexpr std::string_view unreadable =
-    "This file could not be read. Check that it is a complete, supported email file.";
+constexpr std::string_view missing =
+    "The file is no longer there. It may have been moved, renamed or deleted.";
 constexpr std::string_view sourceChanged = "The source file changed. Reopen it to update the message list.";
 
 class Upheaval : public ModelTest {
@@ -54,7 +54,7 @@ struct FileChange {
 };
 
 const FileChange fileChanges[] = {
-    {"deleted", [](const auto& folder) { std::filesystem::remove(folder.path("box.mbox")); }, unreadable},
+    {"deleted", [](const auto& folder) { std::filesystem::remove(folder.path("box.mbox")); }, missing},
     {"replaced by one of the same length",
      [](const auto& folder) {
          std::filesystem::copy(folder.path("box.mbox"), folder.path("other"));
