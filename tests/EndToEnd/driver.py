@@ -1,0 +1,513 @@
+"""Uses the built program as a person does: real keys and clicks on a display of its own, seen through the
+accessibility interface.
+
+By hand, one file of scenarios or one scenario of it (any built program can be named):
+
+    /usr/bin/python3 tests/EndToEnd/reading.py --program build/release/TesselMail/tessel-mail \
+        [--language zh] [--perturb] [--pictures FOLDER] [scenario …]
+
+A file of scenarios holds functions with the mark @scenario; each gets a program just started (or not yet, with
+start=False) in a fresh home. After each step and at its end it is checked that nothing unknown stands on stderr, that
+every control that can be used has a name, that the focus is somewhere, and that the program ended with status 0.
+The exit status is 1 when one failed, 77 when something could not be run here, else 0.
+"""
+
+import argparse
+import os
+import re
+import shutil
+import signal
+import subprocess
+import sys
+import tempfile
+import time
+import traceback
+from pathlib import Path
+
+from texts import TEXTS
+
+ROOT = Path(__file__).resolve().parents[2]
+PATIENCE = 20  # seconds until something that must come is missing; generous, for slow machines
+COMMAND = "org.tesselmail.TesselMail"
+
+# What others print and what it means. Everything else on stderr is a fault.
+KNOWN_LINES = [
+    # No direct rendering under a virtual display.
+    r"libEGL warning", r"MESA", r"dri3", r"Failed to (get|create) (GBM|EGL|DRM)", r"Vulkan",
+    # Neither settings daemon nor portal run here.
+    r"(dconf|GVFS|portal)", r"Settings portal", r"Unable to acquire session bus",
+    # The toolkit says that it takes its defaults where no desktop stores settings.
+    r"Using the 'memory' GSettings backend",
+]
+# What can be used must be named. The toolkit's own windows (the file panel, "About") are not ours to name.
+CONTROLS = {"push button", "toggle button", "check box", "radio button", "menu item", "check menu item", "entry", "text",
+            "combo box", "list item", "list box", "list", "table", "link", "password text", "spin button", "slider",
+            "switch", "button", "search box"}
+SCENARIOS = []
+
+
+class Failed(Exception):
+    """Something a person would have seen differently."""
+
+
+def scenario(function=None, **options):
+    """Marks a scenario. `sandbox`: it needs the safe view; `start=False`: it starts the program itself."""
+    if function is None:
+        return lambda marked: scenario(marked, **options)
+    SCENARIOS.append((function, options))
+    return function
+
+
+def expect(holds, what):
+    if not holds:
+        raise Failed(what)
+
+
+def wait(answer, what, patience=PATIENCE):
+    """What `answer` returns once it is true."""
+    end = time.monotonic() + patience
+    while True:
+        value = answer()
+        if value:
+            return value
+        if time.monotonic() > end:
+            raise Failed(f"waited in vain for {what}")
+        time.sleep(0.1)
+
+
+class Desktop:
+    """A display with a window manager, a session bus and the accessibility bus, all of its own."""
+
+    def __init__(self, folder):
+        self.processes = []
+        read, write = os.pipe()
+        self.run("Xvfb", "-displayfd", str(write), "-screen", "0", "1400x1000x24", "-nolisten", "tcp", pass_fds=[write])
+        os.close(write)
+        os.environ["DISPLAY"] = ":" + os.fdopen(read).readline().strip()
+        for name in ("WAYLAND_DISPLAY", "DBUS_SESSION_BUS_ADDRESS", "AT_SPI_BUS_ADDRESS", "XAUTHORITY", "GTK_A11Y",
+                     "LC_ALL", "LC_MESSAGES", "GTK_THEME", "G_MESSAGES_DEBUG", "NO_AT_BRIDGE"):
+            os.environ.pop(name, None)
+        os.environ |= {"GDK_BACKEND": "x11", "XDG_RUNTIME_DIR": str(folder), "GSETTINGS_BACKEND": "memory",
+                       "GTK_USE_PORTAL": "0", "LANG": "C.UTF-8", "HOME": str(folder)}
+        bus = self.run("dbus-daemon", "--session", "--print-address", "--nofork", stdout=subprocess.PIPE, text=True)
+        os.environ["DBUS_SESSION_BUS_ADDRESS"] = bus.stdout.readline().strip()
+        self.run("openbox")
+        import gi
+        gi.require_version("Atspi", "2.0")
+        from gi.repository import Atspi, GLib
+        self.atspi, self.errors, self.main = Atspi, GLib.Error, GLib.MainContext.default()
+        Atspi.init()
+
+    def run(self, *command, **options):
+        options = {"stdout": subprocess.DEVNULL, "stderr": subprocess.DEVNULL} | options
+        process = subprocess.Popen(command, start_new_session=True, **options)
+        self.processes.append(process)
+        return process
+
+    def close(self):
+        for process in reversed(self.processes):
+            end(process)
+
+
+def end(process):
+    try:
+        os.killpg(process.pid, signal.SIGKILL)
+    except ProcessLookupError:
+        pass
+    process.wait()
+
+
+def xdotool(*words):
+    answer = subprocess.run(["xdotool", *map(str, words)], capture_output=True, text=True, timeout=60)
+    return answer.stdout.strip()
+
+
+class Picture:
+    """What the display shows, or a part of it."""
+
+    def __init__(self, area=None):
+        crop = ["-crop", "{}x{}+{}+{}".format(area[2], area[3], area[0], area[1]), "+repage"] if area else []
+        data = subprocess.run(["import", "-window", "root", *crop, "-depth", "8", "ppm:-"], capture_output=True,
+                              timeout=60).stdout
+        header = re.match(rb"P6\s+(\d+)\s+(\d+)\s+255\s", data)
+        self.width, self.height, self.bytes = int(header[1]), int(header[2]), data[header.end():]
+
+    def colours(self):
+        return len(set(re.findall(rb"...", self.bytes, re.S)))
+
+    def middle_of(self, colour):
+        """The middle of everything that has exactly this colour, if there are more than a few dots of it."""
+        dots = [at // 3 for at in (m.start() for m in re.finditer(re.escape(bytes(colour)), self.bytes)) if at % 3 == 0]
+        if len(dots) < 50:
+            return None
+        rows, columns = sorted({d // self.width for d in dots}), sorted({d % self.width for d in dots})
+        return columns[len(columns) // 2], rows[len(rows) // 2]
+
+    def share_of(self, colour):
+        return sum(self.bytes[at:at + 3] == bytes(colour) for at in range(0, len(self.bytes), 3)) * 3 / len(self.bytes)
+
+
+class App:
+    """The program under test, in a home of its own."""
+
+    def __init__(self, desktop, options, folder, name):
+        self.desktop, self.options, self.folder, self.scenario = desktop, options, folder, name
+        self.home = folder / "home"
+        self.process, self.pictures, self.unfinished, self.faults = None, 0, [], {}
+        for part in ("", "config", "data", "cache", "state", "mail"):
+            (self.home / part).mkdir(parents=True, exist_ok=True)
+        self.mail = self.home / "mail"
+        self.stderr_path = folder / "stderr"
+        self.environment = os.environ | {
+            "HOME": str(self.home), "LANGUAGE": "zh_CN:zh" if options.language == "zh" else "en",
+            "XDG_CONFIG_HOME": str(self.home / "config"), "XDG_DATA_HOME": str(self.home / "data"),
+            "XDG_CACHE_HOME": str(self.home / "cache"), "XDG_STATE_HOME": str(self.home / "state"),
+            "G_DEBUG": "fatal-criticals"}
+        if options.perturb:
+            self.environment |= {"G_SLICE": "always-malloc", "MALLOC_PERTURB_": "165"}
+
+    # Starting and ending
+
+    xdotool = staticmethod(xdotool)
+
+    def start(self, *words):
+        self.stderr = open(self.stderr_path, "ab")
+        self.process = subprocess.Popen([self.options.program, *map(str, words)], env=self.environment, cwd=self.home,
+                                        stdout=self.stderr, stderr=self.stderr, start_new_session=True)
+        wait(lambda: self.alive() and self.windows(), "the window")
+        self.find("frame")
+        time.sleep(0.3)
+        return self
+
+    def command(self, *words):
+        """A second start, as the desktop or a shell does it; its exit status."""
+        return subprocess.run([self.options.program, *map(str, words)], env=self.environment, cwd=self.home,
+                              stdout=self.stderr, stderr=self.stderr, timeout=PATIENCE * 3).returncode
+
+    def alive(self):
+        expect(self.process.poll() is None, f"the program ended with status {self.process.poll()}")
+        return True
+
+    def ended(self, what="the program to end"):
+        wait(lambda: self.process.poll() is not None, what)
+        expect(self.process.returncode == 0, f"the program ended with status {self.process.returncode}")
+
+    def quit(self):
+        if self.process and self.process.poll() is None:
+            self.keys("ctrl+q")
+            self.ended("the program to end after Ctrl+Q")
+        self.check_stderr()
+
+    def kill(self):
+        if self.process:
+            end(self.process)
+
+    # What stands on the screen
+
+    def text(self, key):
+        return TEXTS[key][self.options.language == "zh"]
+
+    def name(self, thing):
+        """The name as it is read out: without marks of direction, and none when it is a widget's type."""
+        name = re.sub("[\u2066-\u2069]", "", thing.get_name() or "")
+        return "" if re.fullmatch(r"(gtkmm__)?(Gtk|Adw|WebKit|Tessel)[A-Z]\w*", name) else name
+
+    def windows(self):
+        while self.desktop.main.iteration(False):
+            pass
+        desk = self.desktop.atspi.get_desktop(0)
+        desk.clear_cache()
+        for at in range(desk.get_child_count()):
+            try:
+                application = desk.get_child_at_index(at)
+                if application and application.get_process_id() == self.process.pid:
+                    application.set_cache_mask(self.desktop.atspi.Cache.NONE)
+                    children = [application.get_child_at_index(n) for n in range(application.get_child_count())]
+                    return [child for child in children if child]
+            except Exception:  # gone while we looked
+                continue
+        return []
+
+    def is_(self, thing, state):
+        return thing.get_state_set().contains(getattr(self.desktop.atspi.StateType, state))
+
+    def walk(self, thing):
+        """Everything in `thing` that shows, itself first."""
+        pending = [thing]
+        while pending:
+            current = pending.pop()
+            try:
+                if not self.is_(current, "VISIBLE"):
+                    continue
+                # This toolkit says "showing" of windows only. What is not shown has no place; pages of a stack have
+                # none either, but what is in them does.
+                if current.get_component_iface():
+                    box = self.extents(current)
+                    if box.width <= 0 or box.height <= 0:
+                        continue
+                    yield current
+                children = [current.get_child_at_index(n) for n in range(current.get_child_count())]
+                children = [child for child in children if child]
+                if len(children) > 1 and all(child.get_name() == "GtkStackPage" for child in children):
+                    children = self.pages_on_top(children)
+                pending += reversed(children)
+            except self.desktop.errors:
+                continue
+
+    def pages_on_top(self, pages):
+        """The pages of a stack that may be what it shows: pages keep their places when they are hidden, and nothing
+        says which one is on top. One with a list is, as soon as the list (or the card of a link) holds something."""
+        roles = {page: {thing.get_role_name() for thing in self.walk(page)} for page in pages}
+        listing = [page for page in pages if "list" in roles[page]]
+        others = [page for page in pages if "list" not in roles[page]]
+        if not listing or not others:
+            return pages
+        full = any("list item" in roles[page] or self.everything("push button", self.text("copy_details"), within=page)
+                   for page in listing)
+        return listing if full else others
+
+    def everything(self, role=None, name=None, within=None, **states):
+        """All that show with this role, and this name (a text, or a compiled pattern)."""
+        found = []
+        for top in [within] if within else self.windows():
+            for thing in self.walk(top):
+                try:
+                    if role and thing.get_role_name() not in ([role] if isinstance(role, str) else role):
+                        continue
+                    own = self.name(thing)
+                    if name is not None and not (name.search(own) if isinstance(name, re.Pattern) else own == name):
+                        continue
+                    if all(self.is_(thing, state) == value for state, value in states.items()):
+                        found.append(thing)
+                except self.desktop.errors:
+                    continue
+        return found
+
+    def find(self, role=None, name=None, within=None, patience=PATIENCE, **states):
+        return wait(lambda: self.alive() and self.everything(role, name, within, **states),
+                    f"{role or 'something'} {getattr(name, 'pattern', name) or ''}", patience)[0]
+
+    def gone(self, role, name=None, patience=PATIENCE):
+        wait(lambda: self.alive() and not self.everything(role, name), f"{role} {name or ''} to go", patience)
+
+    def shows(self, text):
+        """A text stands somewhere: in a name, a label or a text widget."""
+        pattern = re.compile(re.escape(text))
+        return any(pattern.search(self.name(thing)) or pattern.search(self.content(thing))
+                   for window in self.windows() for thing in self.walk(window))
+
+    def sees(self, text, patience=PATIENCE):
+        wait(lambda: self.alive() and self.shows(text), f"the text “{text}”", patience)
+
+    def content(self, thing):
+        try:
+            return self.desktop.atspi.Text.get_text(thing, 0, -1) if thing.get_text_iface() else ""
+        except self.desktop.errors:
+            return ""
+
+    def rows(self):
+        """The rows of the message list that show, from top to bottom."""
+        lists = self.everything(["list", "list box"], self.text("messages"))
+        return self.everything("list item", within=lists[0]) if lists else []
+
+    def focused(self):
+        for window in self.windows():
+            for thing in self.walk(window):
+                if self.is_(thing, "FOCUSED"):
+                    return thing
+        return None
+
+    def focus_path(self):
+        names, thing = [], self.focused()
+        while thing and thing.get_role_name() != "application":
+            names.append(f"{thing.get_role_name()} {self.name(thing)}".strip())
+            thing = thing.get_parent()
+        return names
+
+    def extents(self, thing):
+        return self.desktop.atspi.Component.get_extents(thing, self.desktop.atspi.CoordType.WINDOW)
+
+    def place(self, thing):
+        """Where it stands on the screen: x, y, width, height."""
+        box = self.extents(thing)
+        top = thing
+        while top.get_parent() and top.get_parent().get_role_name() != "application":
+            top = top.get_parent()
+        x, y = self.origin(top)
+        return x + box.x, y + box.y, box.width, box.height
+
+    def origin(self, top):
+        for window in xdotool("search", "--onlyvisible", "--pid", self.process.pid).split():
+            if xdotool("getwindowname", window) == (top.get_name() or ""):
+                shell = dict(line.split("=") for line in xdotool("getwindowgeometry", "--shell", window).splitlines())
+                # Without a compositor the window draws a frame around itself, which is not part of its content.
+                return (int(shell["X"]) + (int(shell["WIDTH"]) - self.extents(top).width) // 2,
+                        int(shell["Y"]) + (int(shell["HEIGHT"]) - self.extents(top).height) // 2)
+        raise Failed(f"no window “{top.get_name()}”")
+
+    # What a person does
+
+    def keys(self, *combinations):
+        for combination in combinations:
+            xdotool("key", "--clearmodifiers", combination)
+            time.sleep(0.15)
+
+    def type(self, text):
+        xdotool("type", "--delay", "15", "--", text)
+        time.sleep(0.2)
+
+    def point(self, thing, x=0.5, y=0.5):
+        left, top, width, height = self.place(thing)
+        expect(width > 0 and height > 0, f"{thing.get_role_name()} {thing.get_name()} has no size")
+        xdotool("mousemove", round(left + width * x), round(top + height * y))
+        time.sleep(0.1)
+
+    def click(self, thing, button=1):
+        self.point(thing)
+        xdotool("click", button)
+        time.sleep(0.2)
+
+    def click_at(self, x, y, button=1):
+        xdotool("mousemove", x, y)
+        time.sleep(0.1)
+        xdotool("click", button)
+        time.sleep(0.2)
+
+    def clipboard(self):
+        return subprocess.run(["xclip", "-selection", "clipboard", "-o"], capture_output=True, timeout=PATIENCE).stdout.decode()
+
+    def choose_in_panel(self, path, accept=None, several=False):
+        """Types a path into the file panel that shows; with `several`, everything in that folder."""
+        self.wait_for_panel()
+        self.keys("ctrl+l")
+        self.keys("ctrl+a")
+        self.type(str(path) + ("/" if several else ""))
+        time.sleep(0.5)
+        self.keys("Return")
+        if several:
+            time.sleep(1)
+            self.keys("ctrl+a")
+            self.click(self.find("push button", accept))
+        wait(lambda: self.alive() and not self.panel(), "the file panel to close")
+
+    def panel(self):
+        return [window for window in self.windows() if self.typed(window, "GtkFileChooserWidget")]
+
+    def typed(self, window, type):
+        return any(thing.get_name() == type for thing in self.walk(window))
+
+    def wait_for_panel(self):
+        wait(lambda: self.alive() and self.panel(), "the file panel")
+        time.sleep(0.8)
+
+    # What must always hold
+
+    def step(self, name, controls=True, focus=True):
+        """A picture, and what must hold after each step."""
+        time.sleep(0.2)
+        self.picture(name)
+        self.alive()
+        for check in (self.check_stderr, controls and self.check_names, focus and self.check_focus):
+            try:
+                check and check()
+            except Failed as fault:  # said at the end: what follows is worth seeing too
+                if str(fault) not in self.faults:
+                    self.faults[str(fault)] = name
+
+    def check_focus(self):
+        wait(self.focused, "a focus that is somewhere", 5)
+
+    def picture(self, name):
+        self.pictures += 1
+        file = f"{self.scenario}-{self.pictures:02}-{name}-{self.options.language}{'-perturbed' if self.options.perturb else ''}.png"
+        subprocess.run(["import", "-window", "root", str(Path(self.options.pictures) / file.replace(" ", "-"))], timeout=60)
+
+    def check_names(self):
+        nameless = []
+        for window in self.windows():
+            if not (window.get_name() or "") or window in self.panel():
+                continue
+            for thing in self.walk(window):
+                if thing.get_role_name() in CONTROLS and not self.name(thing).strip() and \
+                        self.is_(thing, "SENSITIVE") and self.is_(thing, "FOCUSABLE"):
+                    nameless.append(self.where(thing))
+        expect(not nameless, "controls without a name: " + "; ".join(nameless))
+
+    def where(self, thing):
+        path = []
+        while thing and thing.get_role_name() not in ("application", "frame"):
+            path.append(f"{thing.get_role_name()}[{self.name(thing)}]")
+            thing = thing.get_parent()
+        return " < ".join(path[:5])
+
+    def check_stderr(self):
+        lines = self.stderr_path.read_text(errors="replace").splitlines() if self.stderr_path.exists() else []
+        unknown = [line for line in lines if line.strip() and not any(re.search(k, line) for k in KNOWN_LINES)]
+        expect(not unknown, "on stderr: " + " | ".join(unknown[:4]))
+
+
+def sandbox_works():
+    return shutil.which("bwrap") and subprocess.run(["bwrap", "--unshare-user", "--ro-bind", "/", "/", "true"],
+                                                    capture_output=True).returncode == 0
+
+
+def main():
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--program", default=ROOT / "build/release/TesselMail/tessel-mail", type=Path)
+    parser.add_argument("--language", choices=["en", "zh"], default="en")
+    parser.add_argument("--perturb", action="store_true", help="freed memory is overwritten")
+    parser.add_argument("--pictures", default=ROOT / "build/release/end-to-end", type=Path)
+    parser.add_argument("scenarios", nargs="*")
+    options = parser.parse_args()
+    options.program = options.program.resolve()
+    options.pictures.mkdir(parents=True, exist_ok=True)
+    signal.signal(signal.SIGTERM, lambda *_: sys.exit(1))
+    missing = [tool for tool in ("Xvfb", "dbus-daemon", "openbox", "xdotool", "import", "xclip") if not shutil.which(tool)]
+    if missing:
+        print("NOT RUN: missing", ", ".join(missing))
+        sys.exit(77)
+
+    subject = Path(sys.argv[0]).stem
+    failed, skipped = [], []
+    folder = Path(tempfile.mkdtemp(prefix="tessel-"))
+    desktop = None
+    try:
+        desktop = Desktop(folder)
+        for function, needs in SCENARIOS:
+            name = f"{subject}-{function.__name__}"
+            if options.scenarios and function.__name__ not in options.scenarios:
+                continue
+            if needs.get("sandbox") and not sandbox_works():
+                skipped.append(name)
+                print(f"NOT RUN  {name}: no user namespaces for the safe view", flush=True)
+                continue
+            (folder / name).mkdir()
+            app = App(desktop, options, folder / name, name)
+            begin = time.monotonic()
+            try:
+                if needs.get("start", True):
+                    app.start()
+                function(app)
+                app.quit()
+                expect(not app.faults, "; ".join(f"at “{step}”: {fault}" for fault, step in app.faults.items()))
+                print(f"passed   {name} ({time.monotonic() - begin:.1f} s)", flush=True)
+            except Exception as error:
+                failed.append(name)
+                line = next((f.lineno for f in reversed(traceback.extract_tb(error.__traceback__))
+                             if f.filename != __file__), 0)
+                print(f"FAILED   {name}, line {line}: {error if isinstance(error, Failed) else repr(error)}", flush=True)
+                for fault, step in app.faults.items() if line else []:
+                    print(f"         at “{step}”: {fault}", flush=True)
+                if app.stderr_path.exists():
+                    print("         stderr:", app.stderr_path.read_text(errors="replace").strip()[-1500:], flush=True)
+                app.picture("FAILED")
+            finally:
+                app.kill()
+                for process in app.unfinished:
+                    end(process)
+                xdotool("keyup", "ctrl", "keyup", "shift", "keyup", "alt", "mouseup", "1")
+    finally:
+        if desktop:
+            desktop.close()
+        shutil.rmtree(folder, ignore_errors=True)
+    sys.exit(1 if failed else 77 if skipped else 0)
