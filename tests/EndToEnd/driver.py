@@ -387,7 +387,7 @@ class App:
         if several:
             time.sleep(1)
             self.keys("ctrl+a")
-            self.click(self.find("push button", accept))
+            self.click(self.find("push button", re.compile(f"^{re.escape(accept)}\\b")))
         wait(lambda: self.alive() and not self.panel(), "the file panel to close")
 
     def panel(self):

@@ -1,0 +1,71 @@
+"""Saving an attachment and exporting the original through the panel, byte for byte."""
+
+import re
+
+import mail
+from driver import expect, main, scenario, wait
+
+CONTENT = bytes(range(256)) * 41
+
+
+def show(app):
+    app.message = mail.attached("tide.bin", CONTENT, subject="With a file")
+    (app.mail / "file.eml").write_bytes(app.message)
+    (app.home / "saved").mkdir()
+    app.start(app.mail / "file.eml")
+    return app.find("push button", re.compile("^" + re.escape(app.text("save_attachment"))))
+
+
+def saved(app, path, content):
+    wait(lambda: path.exists() and path.read_bytes() == content, f"{path.name} with the same bytes")
+    expect(sorted(path.parent.iterdir()) == [path], f"more than one file in {path.parent.name}")
+    recent = app.home / "data" / "recently-used.xbel"
+    expect(not recent.exists() or "bookmark href" not in recent.read_text(), "names went to the desktop's recent files")
+
+
+@scenario(start=False)
+def attachment(app):
+    app.click(show(app))
+    app.choose_in_panel(app.home / "saved" / "copy.bin")
+    saved(app, app.home / "saved" / "copy.bin", CONTENT)
+    app.step("saved")
+
+
+@scenario(start=False)
+def original(app):
+    show(app)
+    app.keys("ctrl+shift+s")
+    app.choose_in_panel(app.home / "saved" / "copy.eml")
+    saved(app, app.home / "saved" / "copy.eml", app.message)
+    app.step("exported")
+
+
+@scenario(start=False)
+def over_the_source(app):
+    """The open file itself is no place to save to."""
+    show(app)
+    app.keys("ctrl+shift+s")
+    app.wait_for_panel()
+    app.keys("ctrl+a")
+    app.type(str(app.mail / "file.eml"))
+    app.keys("Return", "Return")
+    wait(lambda: (app.mail / "file.eml").read_bytes() == app.message, "the source as it was")
+    app.picture("over the source")
+    for _ in range(3):
+        app.keys("Escape")
+    wait(lambda: not app.panel(), "the panel to close")
+    expect((app.mail / "file.eml").read_bytes() == app.message, "the source was changed")
+    app.step("source unchanged")
+
+
+@scenario(start=False)
+def cancelled(app):
+    app.click(show(app))
+    app.wait_for_panel()
+    app.keys("Escape")
+    wait(lambda: not app.panel(), "the panel to close")
+    expect(not list((app.home / "saved").iterdir()), "a file was written")
+    app.step("nothing saved")
+
+
+main()
