@@ -66,10 +66,8 @@ def while_settings_are_open(app):
     with_archive(app)
     app.keys("ctrl+comma")
     wait(lambda: len(app.windows()) == 2, "the settings")
-    window = app.xdotool("search", "--onlyvisible", "--name", "^Tessel Mail$").split()[0]
-    app.xdotool("windowactivate", window)
-    time.sleep(0.3)
-    app.keys("alt+F4")
+    frame = app.find("frame", "Tessel Mail")
+    app.click(app.everything("push button", re.compile("^(Close|关闭)$"), within=frame)[-1])
     app.ended()
 
 

@@ -34,6 +34,7 @@ COMMAND = "org.tesselmail.TesselMail"
 KNOWN_LINES = [
     # No direct rendering under a virtual display.
     r"libEGL warning", r"MESA", r"dri3", r"Failed to (get|create) (GBM|EGL|DRM)", r"Vulkan",
+    r"for shader cache",
     # Neither settings daemon nor portal run here.
     r"(dconf|GVFS|portal)", r"Settings portal", r"Unable to acquire session bus",
     # The toolkit says that it takes its defaults where no desktop stores settings.
@@ -258,11 +259,12 @@ class App:
         """The pages of a stack that may be what it shows: pages keep their places when they are hidden, and nothing
         says which one is on top. One with a list is, as soon as the list (or the card of a link) holds something."""
         roles = {page: {thing.get_role_name() for thing in self.walk(page)} for page in pages}
+        pages = [page for page in pages if roles[page]]
         listing = [page for page in pages if "list" in roles[page]]
         others = [page for page in pages if "list" not in roles[page]]
         if not listing or not others:
             return pages
-        full = any("list item" in roles[page] or self.everything("push button", self.text("copy_details"), within=page)
+        full = any("list item" in roles[page] or self.everything("label", self.text("nothing_sent"), within=page)
                    for page in listing)
         return listing if full else others
 
@@ -328,22 +330,23 @@ class App:
         return self.desktop.atspi.Component.get_extents(thing, self.desktop.atspi.CoordType.WINDOW)
 
     def place(self, thing):
-        """Where it stands on the screen: x, y, width, height."""
-        box = self.extents(thing)
-        top = thing
-        while top.get_parent() and top.get_parent().get_role_name() != "application":
-            top = top.get_parent()
-        x, y = self.origin(top)
-        return x + box.x, y + box.y, box.width, box.height
+        """Where it stands on the screen: x, y, width, height (of what is in the main window)."""
+        box, (window, x, y) = self.extents(thing), self.surface(thing)
+        shell = xdotool("getwindowgeometry", "--shell", window).splitlines()
+        origin = dict(line.split("=") for line in shell)
+        return int(origin["X"]) + x + box.x, int(origin["Y"]) + y + box.y, box.width, box.height
 
-    def origin(self, top):
+    def surface(self, thing):
+        """The window of the display that `thing` is in, and where its content begins there: without a compositor a
+        window draws a frame around itself."""
+        while thing.get_parent() and thing.get_parent().get_role_name() != "application":
+            thing = thing.get_parent()
+        box = self.extents(thing)
         for window in xdotool("search", "--onlyvisible", "--pid", self.process.pid).split():
-            if xdotool("getwindowname", window) == (top.get_name() or ""):
+            if xdotool("getwindowname", window) == (thing.get_name() or ""):
                 shell = dict(line.split("=") for line in xdotool("getwindowgeometry", "--shell", window).splitlines())
-                # Without a compositor the window draws a frame around itself, which is not part of its content.
-                return (int(shell["X"]) + (int(shell["WIDTH"]) - self.extents(top).width) // 2,
-                        int(shell["Y"]) + (int(shell["HEIGHT"]) - self.extents(top).height) // 2)
-        raise Failed(f"no window “{top.get_name()}”")
+                return window, (int(shell["WIDTH"]) - box.width) // 2, (int(shell["HEIGHT"]) - box.height) // 2
+        raise Failed(f"no window “{thing.get_name()}”")
 
     # What a person does
 
@@ -356,10 +359,9 @@ class App:
         xdotool("type", "--delay", "15", "--", text)
         time.sleep(0.2)
 
-    def point(self, thing, x=0.5, y=0.5):
-        left, top, width, height = self.place(thing)
-        expect(width > 0 and height > 0, f"{thing.get_role_name()} {thing.get_name()} has no size")
-        xdotool("mousemove", round(left + width * x), round(top + height * y))
+    def point(self, thing):
+        box, (window, x, y) = self.extents(thing), self.surface(thing)
+        xdotool("mousemove", "--window", window, x + box.x + box.width // 2, y + box.y + box.height // 2)
         time.sleep(0.1)
 
     def click(self, thing, button=1):
@@ -431,6 +433,7 @@ class App:
                 if thing.get_role_name() in CONTROLS and not self.name(thing).strip() and \
                         self.is_(thing, "SENSITIVE") and self.is_(thing, "FOCUSABLE"):
                     nameless.append(self.where(thing))
+        nameless = list(dict.fromkeys(nameless))
         expect(not nameless, "controls without a name: " + "; ".join(nameless))
 
     def where(self, thing):
@@ -438,7 +441,7 @@ class App:
         while thing and thing.get_role_name() not in ("application", "frame"):
             path.append(f"{thing.get_role_name()}[{self.name(thing)}]")
             thing = thing.get_parent()
-        return " < ".join(path[:5])
+        return " < ".join(path[:3])
 
     def check_stderr(self):
         lines = self.stderr_path.read_text(errors="replace").splitlines() if self.stderr_path.exists() else []
