@@ -76,6 +76,7 @@ protected:
         return folder_.write(name, content);
     }
 
+    WindowState state_{settings_.path("window.ini").string()};
     std::unique_ptr<MainWindow> window_ = std::make_unique<MainWindow>(*model_, state_);
 };
 

@@ -12,7 +12,7 @@ def card(app):
 
 
 def put_away(app):
-    wait(lambda: app.alive() and not app.everything("push button", app.text("copy_details")), "the card to go")
+    wait(lambda: app.alive() and not app.everything("label", app.text("captured_link")), "the card to go")
 
 
 @scenario(start=False)

@@ -28,7 +28,7 @@ from texts import TEXTS
 
 ROOT = Path(__file__).resolve().parents[2]
 PATIENCE = 20  # seconds until something that must come is missing; generous, for slow machines
-COMMAND = "org.tesselmail.TesselMail"
+BUS_NAME = "org.tesselmail.TesselMail"
 
 # What others print and what it means. Everything else on stderr is a fault.
 KNOWN_LINES = [
@@ -185,6 +185,12 @@ class App:
         return subprocess.run([self.options.program, *map(str, words)], env=self.environment, cwd=self.home,
                               stdout=self.stderr, stderr=self.stderr, timeout=PATIENCE * 3).returncode
 
+    def ask_to(self, action):
+        """Activates an action of the program over the bus, as the desktop does."""
+        subprocess.run(["gdbus", "call", "--session", "--dest", BUS_NAME, "--object-path", "/" + BUS_NAME.replace(".", "/"),
+                        "--method", "org.freedesktop.Application.ActivateAction", action, "[]", "{}"], check=True,
+                       capture_output=True, timeout=30)
+
     def alive(self):
         expect(self.process.poll() is None, f"the program ended with status {self.process.poll()}")
         return True
@@ -209,8 +215,10 @@ class App:
         return TEXTS[key][self.options.language == "zh"]
 
     def name(self, thing):
-        """The name as it is read out: without marks of direction, and none when it is a widget's type."""
+        """The name as it is read out: without marks of direction, and none when it is a widget's type. What a button
+        says twice, by its own name and its label's, counts once."""
         name = re.sub("[\u2066-\u2069]", "", thing.get_name() or "")
+        name = re.sub(r"^(.+) \1$", r"\1", name)
         return "" if re.fullmatch(r"(gtkmm__)?(Gtk|Adw|WebKit|Tessel)[A-Z]\w*", name) else name
 
     def windows(self):
@@ -257,14 +265,14 @@ class App:
 
     def pages_on_top(self, pages):
         """The pages of a stack that may be what it shows: pages keep their places when they are hidden, and nothing
-        says which one is on top. One with a list is, as soon as the list (or the card of a link) holds something."""
+        says which one is on top. One with lists is, as soon as one of them, or the place of a captured link, holds something."""
         roles = {page: {thing.get_role_name() for thing in self.walk(page)} for page in pages}
         pages = [page for page in pages if roles[page]]
         listing = [page for page in pages if "list" in roles[page]]
         others = [page for page in pages if "list" not in roles[page]]
         if not listing or not others:
             return pages
-        full = any("list item" in roles[page] or self.everything("label", self.text("nothing_sent"), within=page)
+        full = any("list item" in roles[page] or self.everything("label", self.text("captured_link"), within=page)
                    for page in listing)
         return listing if full else others
 
@@ -369,6 +377,15 @@ class App:
         xdotool("click", button)
         time.sleep(0.2)
 
+    def choose(self, name):
+        """Chooses this item of the menu that is open, by keys."""
+        for _ in range(12):
+            focused = self.focused()
+            if focused and self.name(focused) == name:
+                return self.keys("Return")
+            self.keys("Down")
+        raise Failed(f"the keys do not reach “{name}”")
+
     def click_at(self, x, y, button=1):
         xdotool("mousemove", x, y)
         time.sleep(0.1)
@@ -389,7 +406,7 @@ class App:
         if several:
             time.sleep(1)
             self.keys("ctrl+a")
-            self.click(self.find("push button", re.compile(f"^{re.escape(accept)}\\b")))
+            self.click(self.find("push button", re.compile(f"^{re.escape(accept)}\\b"), within=self.panel()[0]))
         wait(lambda: self.alive() and not self.panel(), "the file panel to close")
 
     def panel(self):
