@@ -3,10 +3,11 @@
 namespace TesselMail::Adwaita {
 
 void setName(Gtk::Widget& widget, const std::string& name) {
+    // The toolkit puts a name of what is inside behind the button's own.
+    Gtk::Widget* const inner = GTK_IS_MENU_BUTTON(widget.gobj()) ? widget.get_first_child() : nullptr;
+    if (inner) return setName(*inner, name);
     gtk_accessible_update_property(GTK_ACCESSIBLE(widget.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL, name.c_str(),
                                    -1);
-    Gtk::Widget* const inner = GTK_IS_MENU_BUTTON(widget.gobj()) ? widget.get_first_child() : nullptr;
-    if (inner) setName(*inner, name);
 }
 
 void setNameAndTooltip(Gtk::Widget& widget, const std::string& name) {

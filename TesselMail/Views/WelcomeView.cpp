@@ -48,7 +48,6 @@ void WelcomeView::showTexts() {
     menu_.set_menu_model(mainMenu(preferences));
     page_.setTexts(preferences.text(Texts::applicationName), preferences.text(Texts::welcomeLine));
     adw_button_content_set_label(openContent_, preferences.text(Texts::openMail).c_str());
-    Adwaita::setName(open_, preferences.text(Texts::openMail));
     capture_.set_label(preferences.text(Texts::captureSetUp));
     drop_.set_text(preferences.text(Texts::welcomeDrop));
     formats_.set_text(preferences.text(Texts::welcomeFormats));
