@@ -159,8 +159,9 @@ void MessageList::showOrder() {
     order_.set_active(*model_.newestFirst);
     const Preferences& preferences = model_.preferences();
     const std::string state = *model_.newestFirst ? preferences.text(Texts::newestFirst) : "";
-    Adwaita::setNameAndTooltip(order_, preferences.text(Texts::messageOrder));
-    if (!state.empty()) order_.set_tooltip_text(preferences.text(Texts::messageOrder) + "\n" + state);
+    const std::string name = preferences.text(Texts::messageOrder);
+    order_.set_tooltip_text(state.empty() ? name : name + "\n" + state);
+    Adwaita::setName(order_, name);
     gtk_accessible_update_property(GTK_ACCESSIBLE(order_.gobj()), GTK_ACCESSIBLE_PROPERTY_DESCRIPTION,
                                    state.c_str(), -1);
     updating_ = before;
@@ -176,6 +177,7 @@ void MessageList::showEntries() {
     const bool before = std::exchange(updating_, true);
     const bool another =
         std::exchange(shownCollection_, *model_.selectedCollection) != *model_.selectedCollection;
+    const bool focused = list_.holdsFocus();
     const bool follow = another || rows_->entries().empty() || selectionInView();
     // The selection would look for its row among all new ones; the model knows which it is.
     selection_->set_selected(GTK_INVALID_LIST_POSITION);
@@ -189,6 +191,7 @@ void MessageList::showEntries() {
     selection_->set_selected(selected);
     updating_ = before;
     if (follow && selected != GTK_INVALID_LIST_POSITION) bringIntoView(selected);
+    if (focused && !list_.holdsFocus()) focusList(); // it went with its row
     showTitle();
     showNotice();
     showSearch();
@@ -210,7 +213,9 @@ void MessageList::showSelection() {
     const bool before = std::exchange(updating_, true);
     selection_->set_selected(position);
     updating_ = before;
-    if (position != GTK_INVALID_LIST_POSITION) bringIntoView(position);
+    if (position == GTK_INVALID_LIST_POSITION) return;
+    bringIntoView(position);
+    if (list_.holdsFocus()) focusSelected(); // the arrow keys go on from there
 }
 
 // Rows are equally tall.
@@ -258,18 +263,6 @@ bool MessageList::focusSelected() {
         if (row && row->entry() == rows_->entries()[position]) return item->grab_focus();
     }
     return false;
-}
-
-void MessageList::selectBeside(int step) {
-    const auto& entries = rows_->entries();
-    if (entries.empty()) return;
-    const guint position = selectedPosition();
-    std::size_t next = step > 0 ? 0 : entries.size() - 1;
-    if (position != GTK_INVALID_LIST_POSITION) {
-        if (position == (step > 0 ? entries.size() - 1 : 0)) return;
-        next = position + static_cast<std::size_t>(step);
-    }
-    model_.select(entries[next]->id);
 }
 
 void MessageList::select() {

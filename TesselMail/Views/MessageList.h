@@ -35,7 +35,6 @@ private:
     void bringIntoView(guint position);
     bool scrollWhenLaidOut();
     bool focusSelected();
-    void selectBeside(int step);
     void showTitle();
     void showNotice();
     void showSearch();

@@ -19,6 +19,8 @@ public:
     /// `enter` gives the focus to the row that should have it when Tab comes into the list, and answers
     /// whether there is one.
     void onEnter(std::function<bool()> enter) { enter_ = std::move(enter); }
+    /// Whether one of its rows has the focus, or something inside a row.
+    bool holdsFocus() { return this->get_focus_child() != nullptr; }
 
 private:
     static gboolean moveFocus(GtkWidget* widget, GtkDirectionType direction) {

@@ -53,7 +53,7 @@ Panes::Panes(AppModel& model, WindowState& state)
     adw_leaflet_set_visible_child(outer_, GTK_WIDGET(inner_));
     sidebar_.signalChosen().connect(sigc::mem_fun(*this, &Panes::showList));
     list_.signalChosen().connect(sigc::mem_fun(*this, &Panes::showReader));
-    list_.signalEntered().connect([this] { focus(Place::reader); });
+    list_.signalEntered().connect(sigc::mem_fun(*this, &Panes::read));
     showFolded();
 }
 
@@ -140,6 +140,11 @@ Panes::Place Panes::focused() const {
     return Place::reader;
 }
 
+void Panes::read() {
+    showReader();
+    reader_.focusBody();
+}
+
 void Panes::moveFocus(int steps) {
     constexpr int count = 3;
     focus(static_cast<Place>((static_cast<int>(focused()) + steps + count) % count));
@@ -149,7 +154,7 @@ void Panes::focus(Place place) {
     switch (place) {
     case Place::sources: showSources(); return sidebar_.focusSources();
     case Place::list: showList(); return list_.focusList();
-    case Place::reader: showReader(); return reader_.focusBody();
+    case Place::reader: return read();
     }
 }
 

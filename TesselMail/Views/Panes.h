@@ -28,6 +28,8 @@ public:
     void showSources();
     void showList();
     void showReader();
+    /// The same, with the focus in the text.
+    void read();
     /// Shows the selected collection where only one pane fits: a single letter itself, else the list.
     void showSelected();
     /// Moves the focus `steps` panes on, around the end.

@@ -211,6 +211,7 @@ void Sidebar::showCollections() {
     const auto& collections = *model_.collections;
     std::vector<AppModel::CollectionID> ids;
     for (const auto& collection : collections) ids.push_back(collection.id);
+    const bool focused = list_.holdsFocus();
     if (ids != shown_) {
         while (Gtk::ListBoxRow* const row = list_.get_row_at_index(0)) list_.remove(*row);
         for (const auto& id : ids) list_.append(*Gtk::make_managed<Row>(model_, id));
@@ -221,6 +222,7 @@ void Sidebar::showCollections() {
             ->show(collections[at], model_.preferences());
     updating_ = before;
     showSelection();
+    if (focused && !list_.holdsFocus()) focusSources(); // it went with its row
 }
 
 void Sidebar::showSelection() {

@@ -1,20 +1,25 @@
 // The panes beside the message: what they list, and how people get about in them.
 #include "tests/Application/WindowFixture.h"
 
-#include <gmock/gmock.h>
-
 #include <algorithm>
 
 namespace TesselMail::Testing {
 namespace {
 
-using testing::ElementsAre;
-using testing::HasSubstr;
-
 class ListWindow : public ModelTest {
 protected:
     ListWindow() { window_->present(); }
     ~ListWindow() override { window_.reset(); }
+
+    /// What has the focus, and what a press of Tab gives it to.
+    GtkWidget* focus() const { return gtk_window_get_focus(GTK_WINDOW(root())); }
+    bool focusIn(GtkWidget* widget) const { return focus() && gtk_widget_is_ancestor(focus(), widget); }
+    void tab(GtkDirectionType direction) { gtk_widget_child_focus(root(), direction); }
+    GtkWidget* sources() const {
+        return find(root(), [](GtkWidget* widget) {
+            return GTK_IS_LIST_BOX(widget) && gtk_widget_get_mapped(widget);
+        });
+    }
 
     GtkWidget* root() const { return GTK_WIDGET(window_->gobj()); }
 
@@ -119,6 +124,53 @@ TEST_F(ListWindow, SaysThatThereIsNothingOnlyWhenThatIsKnown) {
     waitUntil([&] { return !reads("The message shown is not among the results."); });
     model_->setQuery("");
     waitUntil([this] { return inView("number 29."); });
+}
+
+// Tab passes a list at one stroke, stops at its selected row and opens nothing on its way.
+TEST_F(ListWindow, IsPassedByTabAndKeepsTheFocusWithTheSelection) {
+    open({archive("one.mbox", 60), archive("two.mbox", 60), archive("three.mbox", 60)});
+    waitUntil([this] { return inView("number 0."); });
+    gtk_widget_child_focus(sources(), GTK_DIR_TAB_FORWARD);
+    ASSERT_TRUE(focusIn(sources()));
+    for (int stops = 0; focusIn(sources()); ++stops) {
+        ASSERT_LT(stops, 2) << "a row, and the button that closes it";
+        tab(GTK_DIR_TAB_FORWARD);
+    }
+    EXPECT_EQ(*model_->selectedCollection, idOf(0));
+
+    for (int stops = 0; !focusIn(list()); ++stops) {
+        ASSERT_LT(stops, 10);
+        tab(GTK_DIR_TAB_FORWARD);
+    }
+    const auto focused = [this](const char* subject) {
+        GtkWidget* const row = find(focus(), [](GtkWidget* widget) {
+            return gtk_widget_has_css_class(widget, "message-subject") != FALSE;
+        });
+        return row &&
+               std::string(gtk_inscription_get_text(GTK_INSCRIPTION(row))).find(subject) != std::string::npos;
+    };
+    EXPECT_TRUE(focused("number 0."));
+    model_->select(1);
+    EXPECT_TRUE(focused("number 1."));
+    model_->setNewestFirst(false);
+    waitUntil([this] { return (*model_->filteredEntries)->front()->id == 0; });
+    EXPECT_TRUE(focused("number 1."));
+    tab(GTK_DIR_TAB_FORWARD);
+    EXPECT_FALSE(focusIn(list()));
+    tab(GTK_DIR_TAB_BACKWARD);
+    EXPECT_TRUE(focused("number 1."));
+
+    gtk_widget_child_focus(sources(), GTK_DIR_TAB_FORWARD);
+    model_->closeCollection(idOf(0));
+    EXPECT_TRUE(focusIn(sources()));
+}
+
+// What stands in for a missing subject is a text of the window.
+TEST_F(ListWindow, SpeaksTheChosenLanguageInItsRows) {
+    open({letter("a.eml", "")});
+    waitUntil([this] { return inView("(No subject)"); });
+    preferences_.setLanguage("zh-CN");
+    EXPECT_TRUE(inView("（无主题）"));
 }
 
 } // namespace
