@@ -265,6 +265,18 @@ bool MessageList::focusSelected() {
     return false;
 }
 
+void MessageList::selectBeside(int step) {
+    const auto& entries = rows_->entries();
+    if (entries.empty()) return;
+    const guint position = selectedPosition();
+    std::size_t next = step > 0 ? 0 : entries.size() - 1;
+    if (position != GTK_INVALID_LIST_POSITION) {
+        if (position == (step > 0 ? entries.size() - 1 : 0)) return;
+        next = position + static_cast<std::size_t>(step);
+    }
+    model_.select(entries[next]->id);
+}
+
 void MessageList::select() {
     if (updating_) return;
     const guint position = selection_->get_selected();

@@ -29,6 +29,7 @@ public:
 
 private:
     void showTexts();
+    void selectBeside(int step);
     void showEntries();
     void showSelection();
     bool selectionInView() const;
