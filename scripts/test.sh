@@ -3,7 +3,7 @@
 
 source "$(dirname "$0")/common.sh"
 
-require "${buildPackages[@]}" "${applicationPackages[@]}" "${displayPackages[@]}" "${testPackages[@]}" "${endToEndPackages[@]}"
+require "${buildPackages[@]}" "${applicationPackages[@]}" "${displayPackages[@]}" "${testPackages[@]}"
 build release
 say "Running the tests"
 ctest --test-dir build/release --output-on-failure -j "$(nproc)" "$@"

@@ -130,7 +130,11 @@ void MainWindow::showTexts() {
 }
 
 void MainWindow::showWelcome() {
-    stack_.set_visible_child(model_.collections->empty() && !*model_.capture ? "welcome" : "content");
+    const bool nothing = model_.collections->empty() && !*model_.capture;
+    if (nothing != (stack_.get_visible_child_name() == "welcome")) {
+        stack_.set_visible_child(nothing ? "welcome" : "content");
+        if (nothing) welcome_.focusOpen(); // the focus went with what was closed
+    }
     closeAll_->set_enabled(!model_.collections->empty() || *model_.capture);
 }
 

@@ -11,6 +11,7 @@ namespace TesselMail {
 class WelcomeView : public Gtk::Box {
 public:
     explicit WelcomeView(AppModel& model);
+    void focusOpen() { open_.grab_focus(); }
 
 private:
     void showTexts();
