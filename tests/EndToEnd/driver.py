@@ -258,23 +258,24 @@ class App:
                 children = [current.get_child_at_index(n) for n in range(current.get_child_count())]
                 children = [child for child in children if child]
                 if len(children) > 1 and all(child.get_name() == "GtkStackPage" for child in children):
-                    children = self.pages_on_top(children)
-                pending += reversed(children)
+                    for page in self.pages_on_top([list(self.walk(child)) for child in children]):
+                        yield from page
+                else:
+                    pending += reversed(children)
             except self.desktop.errors:
                 continue
 
     def pages_on_top(self, pages):
         """The pages of a stack that may be what it shows: pages keep their places when they are hidden, and nothing
         says which one is on top. One with lists is, as soon as one of them, or the place of a captured link, holds something."""
-        roles = {page: {thing.get_role_name() for thing in self.walk(page)} for page in pages}
-        pages = [page for page in pages if roles[page]]
-        listing = [page for page in pages if "list" in roles[page]]
-        others = [page for page in pages if "list" not in roles[page]]
-        if not listing or not others:
+        pages = [page for page in pages if page]
+        roles = [{thing.get_role_name() for thing in page} for page in pages]
+        if len({"list" in held for held in roles}) < 2:
             return pages
-        full = any("list item" in roles[page] or self.everything("label", self.text("captured_link"), within=page)
-                   for page in listing)
-        return listing if full else others
+        link = self.text("captured_link")
+        full = any("list item" in held or any(self.name(thing) == link for thing in page if "list" in held)
+                   for page, held in zip(pages, roles))
+        return [page for page, held in zip(pages, roles) if ("list" in held) == full]
 
     def everything(self, role=None, name=None, within=None, **states):
         """All that show with this role, and this name (a text, or a compiled pattern)."""
