@@ -97,6 +97,8 @@ class Desktop:
         gi.require_version("Atspi", "2.0")
         from gi.repository import Atspi, GLib
         self.atspi, self.errors, self.main = Atspi, GLib.Error, GLib.MainContext.default()
+        # The accessibility library misses a cache that this toolkit does not offer.
+        GLib.log_set_handler("dbind", GLib.LogLevelFlags.LEVEL_WARNING, lambda *_: None, None)
         Atspi.init()
 
     def run(self, *command, **options):
@@ -329,7 +331,11 @@ class App:
         return None
 
     def focus_path(self):
-        names, thing = [], self.focused()
+        return self.path(self.focused())
+
+    def path(self, thing):
+        """It and what it is in, each as role and name."""
+        names = []
         while thing and thing.get_role_name() != "application":
             names.append(f"{thing.get_role_name()} {self.name(thing)}".strip())
             thing = thing.get_parent()
@@ -448,6 +454,9 @@ class App:
             if not (window.get_name() or "") or window in self.panel():
                 continue
             for thing in self.walk(window):
+                # The list inside a row of choices is the toolkit's.
+                if any(role.startswith("combo box") for role in self.path(thing)[1:]):
+                    continue
                 if thing.get_role_name() in CONTROLS and not self.name(thing).strip() and \
                         self.is_(thing, "SENSITIVE") and self.is_(thing, "FOCUSABLE"):
                     nameless.append(self.where(thing))
