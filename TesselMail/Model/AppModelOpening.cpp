@@ -119,8 +119,9 @@ void AppModel::reopenSource() {
     if (!source && shown) source = shown->url;
     if (!source || !source->isFile()) return;
     const Changing changing(changes_);
-    open({*source});
-    if (shown && shown->url == *source)
+    const bool isShown = shown && shown->url == *source;
+    open({*source}); // after which `shown` may lead nowhere
+    if (isShown)
         if (MailCore::SharedEntry selected = entry())
             return_ = Return{.source = *source, .entry = std::move(selected), .request = std::nullopt};
 }

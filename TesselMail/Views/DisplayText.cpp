@@ -21,15 +21,19 @@ std::string_view shortened(std::string_view text, std::size_t characters) {
     return text.substr(0, at);
 }
 
+std::string withoutDirections(std::string_view text) {
+    std::string result;
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t start = at;
+        if (!MailCore::Text::setsDirection(MailCore::Text::next(text, at)))
+            result += text.substr(start, at - start);
+    }
+    return result;
+}
+
 std::string withoutDirections(std::string_view text, std::size_t characters) {
     const std::string_view shown = shortened(text, characters);
-    std::string result;
-    for (std::size_t at = 0; at < shown.size();) {
-        const std::size_t start = at;
-        if (!MailCore::Text::setsDirection(MailCore::Text::next(shown, at)))
-            result += shown.substr(start, at - start);
-    }
-    return shown.size() < text.size() ? result.append("…") : result;
+    return withoutDirections(shown) + (shown.size() < text.size() ? "…" : "");
 }
 
 } // namespace
@@ -53,13 +57,7 @@ std::string displayedLines(std::string_view text, std::size_t characters) {
 }
 
 std::string spoken(std::string_view text) {
-    std::string result;
-    for (std::size_t at = 0; at < text.size();) {
-        const std::size_t start = at;
-        if (!MailCore::Text::setsDirection(MailCore::Text::next(text, at)))
-            result += text.substr(start, at - start);
-    }
-    return result;
+    return withoutDirections(text);
 }
 
 std::string displayedName(const MailCore::URL& url) {

@@ -163,8 +163,16 @@ void MainWindow::showSelectedList() {
 }
 
 void MainWindow::showSettings() {
-    if (!settings_) settings_ = std::make_unique<SettingsWindow>(model_, *this);
+    if (!settings_) {
+        settings_ = std::make_unique<SettingsWindow>(model_, *this);
+        settings_->signalClosed().connect(
+            [this] { Glib::signal_idle().connect_once(sigc::mem_fun(*this, &MainWindow::closeSettings)); });
+    }
     settings_->present();
+}
+
+void MainWindow::closeSettings() {
+    settings_.reset();
 }
 
 void MainWindow::showAppearance() {

@@ -32,6 +32,7 @@ private:
     void showCapture();
     void showSelectedList();
     void showSettings();
+    void closeSettings();
     bool offersFiles(const Glib::RefPtr<Gdk::Drop>& drop) const;
     bool drop(const Glib::ValueBase& value, double x, double y);
     void errorDismissed(bool reopen);
@@ -48,7 +49,7 @@ private:
     Glib::RefPtr<Gio::SimpleAction> export_;
     Glib::RefPtr<Gio::SimpleAction> details_;
     ObjectWatch<AdwMessageDialog> errorDialog_;
-    std::unique_ptr<SettingsWindow> settings_; // from its first use
+    std::unique_ptr<SettingsWindow> settings_; // while it is open
 };
 
 } // namespace TesselMail

@@ -97,8 +97,11 @@ void ReadingPane::showMessage() {
 // A header never stands above the text of another message: it waits for its own.
 void ReadingPane::showHeader() {
     if (body_.showsOther()) return;
+    const Gtk::Widget* const focus = get_root() ? get_root()->get_focus() : nullptr;
+    const bool onAttachment = focus && focus->is_ancestor(attachments_);
     messageHeader_.update();
     attachments_.update();
+    if (onAttachment) focusBody(); // its button went with the message before
 }
 
 void ReadingPane::hideOther() {

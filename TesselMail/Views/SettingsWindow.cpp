@@ -52,7 +52,11 @@ SettingsWindow::SettingsWindow(AppModel& model, Gtk::Window& parent)
       page_(ADW_PREFERENCES_PAGE(adw_preferences_page_new())),
       self_(std::make_shared<SettingsWindow*>(this)) {
     Adwaita::attach(window(), parent);
-    gtk_window_set_hide_on_close(window(), TRUE);
+    g_signal_connect_swapped(window(), "close-request", G_CALLBACK(+[](SettingsWindow* self) -> gboolean {
+                                 self->closed_.emit();
+                                 return TRUE; // the owner takes it apart
+                             }),
+                             this);
     adw_preferences_window_set_search_enabled(window_.get(), FALSE);
     adw_preferences_window_add(window_.get(), page_);
     reading_ = addGroup();
@@ -72,9 +76,9 @@ SettingsWindow::SettingsWindow(AppModel& model, Gtk::Window& parent)
 SettingsWindow::~SettingsWindow() {
     *self_ = nullptr;
     changed_.disconnect();
-    // Our reference keeps the rows in place until here, also when the toolkit has closed the window itself.
     for (gpointer const object : {static_cast<gpointer>(language_), static_cast<gpointer>(appearance_),
-                                  static_cast<gpointer>(textSize_), static_cast<gpointer>(becomeHandler_)})
+                                  static_cast<gpointer>(textSize_), static_cast<gpointer>(becomeHandler_),
+                                  static_cast<gpointer>(window_.get())})
         g_signal_handlers_disconnect_by_data(object, this);
     gtk_window_destroy(window());
 }

@@ -18,6 +18,8 @@ public:
     SettingsWindow& operator=(const SettingsWindow&) = delete;
     ~SettingsWindow();
 
+    /// Emitted when people close the window, which its owner then lets go of; not from inside the signal.
+    sigc::signal<void()>& signalClosed() noexcept { return closed_; }
     void present() { gtk_window_present(window()); }
 
 private:
@@ -44,6 +46,7 @@ private:
     AdwPreferencesGroup* privacy_ = nullptr;
     AdwActionRow* privacyRow_ = nullptr;
     sigc::connection changed_;
+    sigc::signal<void()> closed_;
     bool updating_ = false;                 // rows change because the settings did
     std::shared_ptr<SettingsWindow*> self_; // emptied when this is gone
 };
