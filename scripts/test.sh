@@ -6,4 +6,4 @@ source "$(dirname "$0")/common.sh"
 require "${buildPackages[@]}" "${applicationPackages[@]}" "${displayPackages[@]}" "${testPackages[@]}"
 build release
 say "Running the tests"
-ctest --test-dir build/release --output-on-failure -j "$(nproc)" "$@"
+ctest --test-dir build/release --output-on-failure -j "$(nproc)" -LE end-to-end "$@"
