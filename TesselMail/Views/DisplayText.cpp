@@ -8,16 +8,38 @@ namespace TesselMail {
 
 namespace {
 
-constexpr std::size_t longestWord = 500; // code points
+constexpr std::size_t longestWord = 4'000;  // code points
+constexpr std::size_t longestLine = 16'000; // bytes
 
-// A character may carry any number of marks, each of which has to be drawn, and a word that has to be wrapped
-// takes time that grows with the square of its length.
+// Between two of which a line may be broken: Chinese characters and the syllables of Korean.
+bool isIdeograph(char32_t codePoint) {
+    return (codePoint >= 0x3400 && codePoint <= 0x4DBF) || (codePoint >= 0x4E00 && codePoint <= 0x9FFF) ||
+           (codePoint >= 0xAC00 && codePoint <= 0xD7A3) || (codePoint >= 0x20000 && codePoint <= 0x3FFFD);
+}
+
+// Counts how long the text grows within which no line can be broken. To wrap it takes time that grows with
+// the square of its length.
+class Word {
+public:
+    void add(char32_t codePoint) {
+        const bool ideograph = isIdeograph(codePoint);
+        length_ = MailCore::Text::isWhitespace(codePoint) ? 0 : ideograph && ideograph_ ? 1 : length_ + 1;
+        ideograph_ = ideograph;
+    }
+    bool isLong() const noexcept { return length_ >= longestWord; }
+
+private:
+    std::size_t length_ = 0;
+    bool ideograph_ = false;
+};
+
+// A character may carry any number of marks, each of which has to be drawn.
 std::string_view shortened(std::string_view text, std::size_t characters) {
     text = MailCore::Text::prefix(text, characters);
     std::size_t at = 0;
-    std::size_t word = 0;
-    for (std::size_t count = 0; count < 4 * characters && word <= longestWord && at < text.size(); ++count)
-        word = MailCore::Text::isWhitespace(MailCore::Text::next(text, at)) ? 0 : word + 1;
+    Word word;
+    for (std::size_t count = 0; count < 4 * characters && !word.isLong() && at < text.size(); ++count)
+        word.add(MailCore::Text::next(text, at));
     return text.substr(0, at);
 }
 
@@ -52,6 +74,32 @@ std::string displayedAlone(std::string_view text, std::size_t characters) {
 
 std::string displayedLines(std::string_view text, std::size_t characters) {
     std::string result = withoutDirections(text, characters);
+    std::ranges::replace(result, '\0', ' ');
+    return result;
+}
+
+// A text widget cannot pause within a line.
+std::string inShortLines(std::string_view text) {
+    std::string result;
+    result.reserve(text.size());
+    std::size_t line = 0;
+    Word word;
+    for (std::size_t at = 0; at < text.size();) {
+        const std::size_t start = at;
+        const char32_t character = MailCore::Text::next(text, at);
+        result.append(text, start, at - start);
+        word.add(character);
+        line = character == '\n' ? 0 : line + (at - start);
+        if (!word.isLong() && (line < longestLine || !MailCore::Text::isWhitespace(character))) continue;
+        result += '\n';
+        line = 0;
+        word = {};
+    }
+    return result;
+}
+
+std::string displayedWhole(std::string_view text) {
+    std::string result = inShortLines(withoutDirections(text));
     std::ranges::replace(result, '\0', ' ');
     return result;
 }

@@ -1,8 +1,47 @@
 #include "TesselMail/Views/LinkFields.h"
 
+#include "TesselMail/Views/AdwaitaWidgets.h"
+
 #include "TesselMail/Views/DisplayText.h"
 
 namespace TesselMail {
+
+namespace {
+
+constexpr std::size_t longValue = 4'000; // bytes
+constexpr int tallestText = 320;         // pixels
+
+Gtk::Widget& shortText(const std::string& label, const std::string& value) {
+    auto* const text = Gtk::make_managed<Gtk::Label>(displayedLines(value));
+    text->set_selectable(true);
+    text->set_wrap(true);
+    text->set_wrap_mode(Pango::WrapMode::WORD_CHAR);
+    text->set_xalign(0);
+    text->set_max_width_chars(60);
+    gtk_accessible_update_property(GTK_ACCESSIBLE(text->gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
+                                   (label + ": " + displayedLines(value)).c_str(), -1);
+    return *text;
+}
+
+// A label is laid out whole, a text widget as far as it is seen.
+Gtk::Widget& longText(const std::string& label, const std::string& value) {
+    auto* const text = Gtk::make_managed<Gtk::TextView>();
+    text->set_editable(false);
+    text->set_cursor_visible(false);
+    text->set_accepts_tab(false);
+    text->set_wrap_mode(Gtk::WrapMode::WORD_CHAR);
+    text->add_css_class("all-headers");
+    text->get_buffer()->set_text(displayedWhole(value));
+    gtk_accessible_update_property(GTK_ACCESSIBLE(text->gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL, label.c_str(),
+                                   -1);
+    auto* const scroller = Gtk::make_managed<Gtk::ScrolledWindow>();
+    scroller->set_child(*text);
+    scroller->set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
+    scroller->set_size_request(-1, tallestText);
+    return *scroller;
+}
+
+} // namespace
 
 LinkFields::LinkFields() : Gtk::Box(Gtk::Orientation::VERTICAL, 10) {}
 
@@ -22,7 +61,7 @@ void LinkFields::add(const std::string& label, const std::string& value, const s
         auto* const copy = Gtk::make_managed<Gtk::Button>();
         copy->set_icon_name("edit-copy-symbolic");
         copy->add_css_class("flat");
-        copy->set_tooltip_text(copyHelp);
+        Adwaita::setTooltip(*copy, copyHelp);
         gtk_accessible_update_property(GTK_ACCESSIBLE(copy->gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
                                        (copyHelp + " " + label).c_str(), -1);
         copy->signal_clicked().connect(sigc::bind(
@@ -30,18 +69,9 @@ void LinkFields::add(const std::string& label, const std::string& value, const s
             copy, value));
         head->append(*copy);
     }
-    auto* const text = Gtk::make_managed<Gtk::Label>(displayedLines(value));
-    text->set_selectable(true);
-    text->set_wrap(true);
-    text->set_wrap_mode(Pango::WrapMode::WORD_CHAR);
-    text->set_xalign(0);
-    text->set_width_chars(36);
-    text->set_max_width_chars(60);
-    gtk_accessible_update_property(GTK_ACCESSIBLE(text->gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
-                                   (label + ": " + displayedLines(value)).c_str(), -1);
     auto* const field = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::VERTICAL, 2);
     field->append(*head);
-    field->append(*text);
+    field->append(value.size() < longValue ? shortText(label, value) : longText(label, value));
     append(*field);
 }
 

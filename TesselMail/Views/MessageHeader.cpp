@@ -86,7 +86,7 @@ void MessageHeader::showHeaders(const std::vector<MailCore::Header>& headers) {
     for (const MailCore::Header& header : headers) {
         if (buffer->size() > 0) buffer->insert(buffer->end(), "\n");
         buffer->insert_with_tag(buffer->end(), displayedAlone(header.name) + ": ", nameTag_);
-        buffer->insert(buffer->end(), displayedAlone(header.value, 4'000));
+        buffer->insert(buffer->end(), displayedAlone(header.value, 16'000));
     }
     scroller_.get_vadjustment()->set_value(0);
 }

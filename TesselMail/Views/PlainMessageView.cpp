@@ -1,42 +1,12 @@
 #include "TesselMail/Views/PlainMessageView.h"
 
-#include "MailCore/Platform/Text.h"
+#include "TesselMail/Views/DisplayText.h"
 
 #include <fmt/format.h>
 
 #include <utility>
 
 namespace TesselMail {
-
-namespace {
-
-constexpr std::size_t longestLine = 4'000; // bytes
-constexpr std::size_t longestWord = 500;
-
-// The text widget takes time that grows with the square of a word, and cannot pause within a line.
-std::string inShortLines(std::string_view text) {
-    std::string result;
-    result.reserve(text.size());
-    std::size_t line = 0;
-    std::size_t word = 0;
-    for (std::size_t at = 0; at < text.size();) {
-        const std::size_t start = at;
-        const char32_t character = MailCore::Text::next(text, at);
-        result.append(text, start, at - start);
-        const bool space = MailCore::Text::isWhitespace(character);
-        line += at - start;
-        word = space ? 0 : word + at - start;
-        if (character == '\n') {
-            line = 0;
-        } else if (word >= longestWord || (space && line >= longestLine)) {
-            result += '\n';
-            line = word = 0;
-        }
-    }
-    return result;
-}
-
-} // namespace
 
 PlainMessageView::PlainMessageView(Preferences& preferences)
     : Gtk::Box(Gtk::Orientation::VERTICAL), preferences_(preferences) {
