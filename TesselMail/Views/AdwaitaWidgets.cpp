@@ -1,6 +1,33 @@
 #include "TesselMail/Views/AdwaitaWidgets.h"
 
+#include <cstring>
+
 namespace TesselMail::Adwaita {
+namespace {
+
+constexpr std::size_t longTooltip = 100; // bytes
+
+bool isOpen(GtkWidget* widget) {
+    GtkPopover* const menu =
+        GTK_IS_MENU_BUTTON(widget) ? gtk_menu_button_get_popover(GTK_MENU_BUTTON(widget)) : nullptr;
+    return menu && gtk_widget_get_visible(GTK_WIDGET(menu));
+}
+
+// The toolkit measures its own label before it has a style, and then breaks lines too early.
+gboolean showTooltip(GtkWidget* widget, int, int, gboolean, GtkTooltip* tooltip, gpointer) {
+    const char* const text = gtk_widget_get_tooltip_text(widget);
+    if (!text || isOpen(widget)) return FALSE;
+    auto* const label = GTK_LABEL(gtk_label_new(text));
+    if (std::strlen(text) > longTooltip) {
+        gtk_label_set_wrap(label, TRUE);
+        gtk_label_set_wrap_mode(label, PANGO_WRAP_WORD_CHAR);
+        gtk_label_set_max_width_chars(label, 60);
+    }
+    gtk_tooltip_set_custom(tooltip, GTK_WIDGET(label));
+    return TRUE;
+}
+
+} // namespace
 
 void setName(Gtk::Widget& widget, const std::string& name) {
     // The toolkit puts a name of what is inside behind the button's own.
@@ -10,8 +37,14 @@ void setName(Gtk::Widget& widget, const std::string& name) {
                                    -1);
 }
 
+void setTooltip(Gtk::Widget& widget, const std::string& text) {
+    const bool answers = widget.get_has_tooltip();
+    widget.set_tooltip_text(text);
+    if (!answers) g_signal_connect(widget.gobj(), "query-tooltip", G_CALLBACK(showTooltip), nullptr);
+}
+
 void setNameAndTooltip(Gtk::Widget& widget, const std::string& name) {
-    widget.set_tooltip_text(name);
+    setTooltip(widget, name);
     setName(widget, name);
 }
 
@@ -47,7 +80,7 @@ OpenButton::OpenButton() : button_(ADW_SPLIT_BUTTON(adw_split_button_new())) {
 
 void OpenButton::setTexts(const std::string& help, const std::string& menuHelp,
                           const Glib::RefPtr<Gio::MenuModel>& menu) {
-    gtk_widget_set_tooltip_text(GTK_WIDGET(button_), help.c_str());
+    setTooltip(widget(), help);
     for (Gtk::Widget* half = widget().get_first_child(); half; half = half->get_next_sibling())
         if (GTK_IS_BUTTON(half->gobj()) || GTK_IS_MENU_BUTTON(half->gobj()))
             setName(*half, GTK_IS_MENU_BUTTON(half->gobj()) ? menuHelp : help);

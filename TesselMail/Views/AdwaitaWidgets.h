@@ -17,7 +17,9 @@ Gtk::Widget& wrapped(Object* widget) {
 
 /// What a screen reader calls `widget`, and the button that a menu's button is made of.
 void setName(Gtk::Widget& widget, const std::string& name);
-/// The same, and what people see when they point at it.
+/// What people see when they point at `widget`.
+void setTooltip(Gtk::Widget& widget, const std::string& text);
+/// Both.
 void setNameAndTooltip(Gtk::Widget& widget, const std::string& name);
 
 /// Makes `window` stand before `parent`, go with it and answer to the keys of the whole application.

@@ -1,5 +1,7 @@
 #include "TesselMail/Views/AttachmentBar.h"
 
+#include "TesselMail/Views/AdwaitaWidgets.h"
+
 #include "TesselMail/Views/DisplayText.h"
 
 #include <algorithm>
@@ -99,7 +101,7 @@ void AttachmentBar::add(const MailCore::MailAttachment& attachment) {
     button->set_child(*content);
     button->set_halign(Gtk::Align::START);
     button->add_css_class("attachment");
-    button->set_tooltip_text(action + "\n" + name);
+    Adwaita::setTooltip(*button, action + "\n" + name);
     button->set_sensitive(attachment.available);
     gtk_accessible_update_property(GTK_ACCESSIBLE(button->gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
                                    (action + " " + name + ", " + subtitle).c_str(), -1);

@@ -1,5 +1,7 @@
 #include "TesselMail/Views/LinkPopover.h"
 
+#include "TesselMail/Views/AdwaitaWidgets.h"
+
 #include <algorithm>
 
 namespace TesselMail {
@@ -82,7 +84,7 @@ void LinkPopover::showTexts() {
 
 void LinkPopover::showLink(const CapturedMailLink& link) {
     chinese_ = preferences_.chinese();
-    close_.set_tooltip_text(preferences_.text(Texts::close));
+    Adwaita::setTooltip(close_, preferences_.text(Texts::close));
     gtk_accessible_update_property(GTK_ACCESSIBLE(close_.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
                                    preferences_.text(Texts::close).c_str(), -1);
     icon_.set_from_icon_name(iconOfSymbol(link.symbol));
