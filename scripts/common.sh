@@ -6,7 +6,7 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 say() { printf '\033[1m==>\033[0m %s\n' "$*"; }
 
 buildPackages=(g++ cmake ninja-build pkg-config libicu-dev libglib2.0-dev libpng-dev libjpeg-dev libgif-dev libfmt-dev)
-applicationPackages=(libgtkmm-4.0-dev libadwaita-1-dev libwebkitgtk-6.0-dev adwaita-icon-theme bubblewrap
+applicationPackages=(libgtkmm-4.0-dev libadwaita-1-dev libwebkitgtk-6.0-dev adwaita-icon-theme librsvg2-common bubblewrap
     xdg-dbus-proxy dbus fonts-dejavu-core fonts-noto-cjk)
 displayPackages=(xvfb xauth imagemagick)
 endToEndPackages=(python3 python3-gi gir1.2-atspi-2.0 gir1.2-gtk-4.0 at-spi2-core xdotool openbox xclip libglib2.0-bin)

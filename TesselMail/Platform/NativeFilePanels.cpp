@@ -69,6 +69,7 @@ void NativeFilePanels::run(Glib::RefPtr<Gtk::FileChooserNative> chooser, Finish 
     finish_ = std::move(finish);
     if (window_) shown_->set_transient_for(*window_);
     shown_->set_modal(true);
+    if (folder_ && folder_->query_exists()) shown_->set_current_folder(folder_);
     shown_->signal_response().connect(sigc::mem_fun(*this, &NativeFilePanels::respond));
     shown_->show();
     if (window_) answerToKeys(*window_);
@@ -78,6 +79,7 @@ void NativeFilePanels::run(Glib::RefPtr<Gtk::FileChooserNative> chooser, Finish 
 // finds nobody who waits.
 void NativeFilePanels::respond(int response) {
     if (!finish_) return;
+    if (response == Gtk::ResponseType::ACCEPT) folder_ = shown_->get_current_folder();
     auto chosen = response == Gtk::ResponseType::ACCEPT ? chosenFiles(*shown_) : std::vector<URL>();
     InterfaceThread::post([panel = std::exchange(shown_, nullptr), finish = std::exchange(finish_, nullptr),
                            chosen = std::move(chosen)] { finish(chosen); });

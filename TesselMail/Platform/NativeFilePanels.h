@@ -31,6 +31,7 @@ private:
     Gtk::Window* window_ = nullptr;
     Glib::RefPtr<Gtk::FileChooserNative> shown_; // while people choose
     Finish finish_;                              // of the panel that is shown
+    Glib::RefPtr<Gio::File> folder_;             // where people chose last
 };
 
 } // namespace TesselMail
