@@ -55,6 +55,8 @@ protected:
                 urls.push_back(MailCore::URL::file(path));
             else if (const auto url = MailCore::URL::parse(file->get_uri()))
                 urls.push_back(*url);
+            else if (isMailLink(file->get_uri()))
+                return receive(file->get_uri());
         }
         present();
         model_->open(urls);
@@ -71,6 +73,16 @@ private:
             stayForLinks(false);
         }
         window_->present();
+    }
+
+    // Links are written by hand in many a page: what is no address by the letter is shown all the same.
+    static bool isMailLink(const std::string& text) {
+        return g_ascii_strncasecmp(text.c_str(), "mailto:", 7) == 0;
+    }
+
+    void receive(const std::string& link) {
+        present();
+        model_->receive(link);
     }
 
     // The window is in the middle of its signal: it goes when that is over, and the program with it unless

@@ -82,6 +82,8 @@ public:
     /// Shows what the mailto: link `url` carries instead of a message, and brings the window to the front.
     /// The collections stay open. A link that cannot be read changes nothing but `error`.
     void receive(const MailCore::URL& url);
+    /// The same for the text of a link that is no address by the letter.
+    void receive(std::string_view link);
     /// Puts the captured link away and goes back to the collection it took the place of.
     void closeCapture();
     /// Lets people choose what to open.
@@ -109,6 +111,8 @@ public:
 
     /// Shows an entry of the selected collection, or nothing.
     void select(std::optional<EntryID> id);
+    /// Emitted first whenever an entry is asked for, also the one on show: a link's panel closes.
+    sigc::signal<void()>& signalSelecting() noexcept { return selecting_; }
     /// The selected entry, or null.
     MailCore::SharedEntry entry() const;
     /// Whether what is shown is the whole and current message of the selection.
@@ -208,6 +212,7 @@ private:
     FilePanels& panels_;
     Desktop& desktop_;
 
+    sigc::signal<void()> selecting_;
     std::map<CollectionID, MemoryMessage> memoryMessages_;
     std::map<CollectionID, EntryID> rememberedSelections_;
     std::optional<CollectionID> beforeCapture_;     // selected when the captured link arrived

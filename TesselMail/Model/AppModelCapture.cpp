@@ -6,10 +6,14 @@
 namespace TesselMail {
 
 void AppModel::receive(const MailCore::URL& url) {
+    receive(url.text());
+}
+
+void AppModel::receive(std::string_view text) {
     const Changing changing(changes_);
     std::optional<MailCore::MailtoCapture> link;
     try {
-        link.emplace(url.text());
+        link.emplace(text);
     } catch (...) {
         fail(std::current_exception());
         return;

@@ -59,6 +59,7 @@ bool AppModel::selectionTooLarge() const {
 
 void AppModel::select(std::optional<EntryID> id) {
     const Changing changing(changes_);
+    selecting_.emit();
     if (id == *selectedEntry && currentMessageReady() && !*error) return;
 
     if (readToken_) readToken_->stop();

@@ -36,6 +36,7 @@ inline constexpr Text quit = {"Quit", "退出"};
 inline constexpr Text nextMessage = {"Next message", "下一封邮件"};
 inline constexpr Text previousMessage = {"Previous message", "上一封邮件"};
 inline constexpr Text nextPane = {"Next pane", "下一个窗格"};
+inline constexpr Text back = {"Back", "返回"};
 inline constexpr Text previousPane = {"Previous pane", "上一个窗格"};
 inline constexpr Text closeWindow = {"Close window", "关闭窗口"};
 inline constexpr Text keyboardShortcuts = {"Keyboard shortcuts", "键盘快捷键"};

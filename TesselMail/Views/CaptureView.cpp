@@ -1,5 +1,7 @@
 #include "TesselMail/Views/CaptureView.h"
 
+#include "TesselMail/Views/AdwaitaWidgets.h"
+
 namespace TesselMail {
 
 CaptureView::CaptureView(AppModel& model) : model_(model) {
@@ -17,8 +19,16 @@ CaptureView::CaptureView(AppModel& model) : model_(model) {
     head_.append(close_);
     details_.add_css_class("suggested-action");
     original_.signal_clicked().connect(sigc::mem_fun(*this, &CaptureView::copyOriginal));
-    actions_.append(details_);
-    actions_.append(original_);
+    // One above the other where it is narrow.
+    actions_.set_selection_mode(Gtk::SelectionMode::NONE);
+    actions_.set_max_children_per_line(2);
+    actions_.set_column_spacing(10);
+    actions_.set_row_spacing(10);
+    actions_.set_halign(Gtk::Align::START);
+    for (Gtk::Widget* const button : std::initializer_list<Gtk::Widget*>{&details_, &original_}) {
+        actions_.append(*button);
+        button->get_parent()->set_focusable(false); // what the box puts around it
+    }
     nothingSent_.set_xalign(0);
     nothingSent_.add_css_class("heading");
     footer_.set_xalign(0);
@@ -57,7 +67,7 @@ void CaptureView::showTexts() {
     if (!capture) return;
     const Preferences& preferences = model_.preferences();
     title_.set_text(preferences.text(Texts::emailLink));
-    close_.set_tooltip_text(preferences.text(Texts::close));
+    Adwaita::setTooltip(close_, preferences.text(Texts::close));
     gtk_accessible_update_property(GTK_ACCESSIBLE(close_.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
                                    preferences.text(Texts::close).c_str(), -1);
     const std::string copy = preferences.text(Texts::copyValue);

@@ -31,7 +31,7 @@ private:
     Gtk::Label title_;
     Gtk::Button close_;
     LinkFields fields_;
-    Gtk::Box actions_{Gtk::Orientation::HORIZONTAL, 10};
+    Gtk::FlowBox actions_;
     CopyButton details_;
     Gtk::Button original_;
     Gtk::Label nothingSent_;

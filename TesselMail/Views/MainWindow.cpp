@@ -74,6 +74,7 @@ void MainWindow::addActions() {
     add_action("settings", sigc::mem_fun(*this, &MainWindow::showSettings));
     for (const auto& [name, steps] : {std::pair{"next-pane", 1}, {"previous-pane", -1}})
         add_action(name, [this, by = steps] { panes_.moveFocus(by); });
+    add_action("back", sigc::mem_fun(panes_, &Panes::goBack));
     add_action("next-message", sigc::mem_fun(panes_.list(), &MessageList::selectNext));
     add_action("previous-message", sigc::mem_fun(panes_.list(), &MessageList::selectPrevious));
     add_action("shortcuts", [this] { showShortcuts(*this, model_.preferences()); });
@@ -86,24 +87,26 @@ void MainWindow::addDropTarget() {
     const auto target = Gtk::DropTarget::create(GDK_TYPE_FILE_LIST, Gdk::DragAction::COPY);
     target->set_propagation_phase(Gtk::PropagationPhase::CAPTURE);
     target->signal_accept().connect(sigc::mem_fun(*this, &MainWindow::offersFiles), false);
-    target->signal_enter().connect(
-        [this](double, double) {
-            dropFrame_.set_visible(true);
-            return Gdk::DragAction::COPY;
-        },
-        false);
+    target->set_preload(true);
+    target->property_value().signal_changed().connect(
+        [this, offered = target.get()] { dropFrame_.set_visible(holdsFiles(*offered)); });
     target->signal_leave().connect([this] { dropFrame_.set_visible(false); });
     target->signal_drop().connect(sigc::mem_fun(*this, &MainWindow::drop), false);
     add_controller(target);
 }
 
-// A link or a text that is dragged offers its address in the same way; what this window drags is never a
-// file.
+// A link or a text that is dragged offers its address in the same way as a file.
+bool MainWindow::holdsFiles(const Gtk::DropTarget& target) {
+    const GValue* const value = gtk_drop_target_get_value(const_cast<GtkDropTarget*>(target.gobj()));
+    const auto* item = value ? static_cast<const GSList*>(g_value_get_boxed(value)) : nullptr;
+    while (item && !g_file_peek_path(G_FILE(item->data))) item = item->next;
+    return item != nullptr;
+}
+
+// What this window drags is never a file.
 bool MainWindow::offersFiles(const Glib::RefPtr<Gdk::Drop>& drop) const {
     if (gdk_drop_get_drag(drop->gobj())) return false;
     const auto formats = drop->get_formats();
-    for (const char* const other : {"text/html", "text/x-moz-url", "_NETSCAPE_URL"})
-        if (formats->contain_mime_type(other)) return false;
     return formats->contain_gtype(GDK_TYPE_FILE_LIST) || formats->contain_mime_type("text/uri-list") ||
            formats->contain_mime_type("application/vnd.portal.filetransfer");
 }
@@ -120,7 +123,7 @@ bool MainWindow::drop(const Glib::ValueBase& value, double, double) {
     for (; item; item = item->next)
         if (g_file_peek_path(G_FILE(item->data))) ++left;
     model_.open(urls, left);
-    return offered > 0;
+    return !urls.empty();
 }
 
 void MainWindow::showTexts() {
@@ -139,7 +142,7 @@ void MainWindow::showWelcome() {
 }
 
 void MainWindow::showCommands() {
-    export_->set_enabled(model_.canExportOriginal() && !*model_.reading);
+    export_->set_enabled(model_.canExportOriginal());
     details_->set_enabled(*model_.message != nullptr);
     details_->change_state(*model_.showDetails);
 }

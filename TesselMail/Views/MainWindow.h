@@ -33,6 +33,7 @@ private:
     void showSelectedList();
     void showSettings();
     void closeSettings();
+    static bool holdsFiles(const Gtk::DropTarget& target);
     bool offersFiles(const Glib::RefPtr<Gdk::Drop>& drop) const;
     bool drop(const Glib::ValueBase& value, double x, double y);
     void errorDismissed(bool reopen);

@@ -101,13 +101,16 @@ void MessageList::showSearch() {
     updating_ = before;
 
     const Preferences& preferences = model_.preferences();
-    const bool elsewhere = !MailCore::Text::trimmed(*model_.query).empty() && *model_.message &&
-                           selectedPosition() == GTK_INVALID_LIST_POSITION;
-    if (*model_.searching)
-        searching_.set_text(preferences.text(Texts::searching));
-    else if (elsewhere)
-        searching_.set_text(preferences.text(Texts::shownIsNoResult));
-    searching_.set_visible(*model_.searching || elsewhere);
+    const bool looking = !MailCore::Text::trimmed(*model_.query).empty();
+    const bool found = looking && !*model_.searching && !model_.listPending();
+    const bool elsewhere = looking && *model_.message && selectedPosition() == GTK_INVALID_LIST_POSITION;
+    std::string text;
+    if (found && !rows_->entries().empty())
+        text = std::to_string(rows_->entries().size()) + preferences.text(Texts::messageCount);
+    if (elsewhere) text += (text.empty() ? "" : "\n") + preferences.text(Texts::shownIsNoResult);
+    if (*model_.searching) text = preferences.text(Texts::searching);
+    searching_.set_text(text);
+    searching_.set_visible(!text.empty());
 }
 
 void MessageList::changeQuery() {
@@ -122,8 +125,8 @@ void MessageList::leaveSearch() {
 
 // Return goes from the field to what was found.
 void MessageList::enterResults() {
-    if (!rows_->entries().empty() && selectedPosition() == GTK_INVALID_LIST_POSITION)
-        model_.select(rows_->entries().front()->id);
+    if (rows_->entries().empty()) return;
+    if (selectedPosition() == GTK_INVALID_LIST_POSITION) model_.select(rows_->entries().front()->id);
     focusList();
 }
 
@@ -160,7 +163,7 @@ void MessageList::showOrder() {
     const Preferences& preferences = model_.preferences();
     const std::string state = *model_.newestFirst ? preferences.text(Texts::newestFirst) : "";
     const std::string name = preferences.text(Texts::messageOrder);
-    order_.set_tooltip_text(state.empty() ? name : name + "\n" + state);
+    Adwaita::setTooltip(order_, state.empty() ? name : name + "\n" + state);
     Adwaita::setName(order_, name);
     gtk_accessible_update_property(GTK_ACCESSIBLE(order_.gobj()), GTK_ACCESSIBLE_PROPERTY_DESCRIPTION,
                                    state.c_str(), -1);
@@ -172,16 +175,19 @@ void MessageList::changeOrder() {
 }
 
 // A row that was in view stays in view, wherever it went; a list filled anew shows its selected row, or else
-// its beginning.
+// its beginning. Hits are shown from the first one on.
 void MessageList::showEntries() {
     const bool before = std::exchange(updating_, true);
     const bool another =
         std::exchange(shownCollection_, *model_.selectedCollection) != *model_.selectedCollection;
     const bool focused = list_.holdsFocus();
-    const bool follow = another || rows_->entries().empty() || selectionInView();
+    const std::string query(MailCore::Text::trimmed(*model_.query));
+    const ArchiveWork::SharedList entries = model_.entries();
+    const bool hits = !entries->empty() && std::exchange(shownQuery_, query) != query && !query.empty();
+    const bool follow = !hits && (another || rows_->entries().empty() || selectionInView());
     // The selection would look for its row among all new ones; the model knows which it is.
     selection_->set_selected(GTK_INVALID_LIST_POSITION);
-    rows_->show(model_.entries(), [this, follow] {
+    rows_->show(entries, [this, follow] {
         const guint selected = follow ? selectedPosition() : GTK_INVALID_LIST_POSITION;
         const auto count = static_cast<guint>(rows_->entries().size());
         const guint last = count > farFromLeaving ? count - farFromLeaving : 0;
@@ -247,11 +253,16 @@ bool MessageList::scrollWhenLaidOut() {
     framesUntilLaidOut_ = 0;
     if (position < rows_->entries().size())
         gtk_widget_activate_action(GTK_WIDGET(list_.gobj()), "list.scroll-to-item", "u", position);
+    if (std::exchange(awaitsFocus_, false) && get_root() && get_root()->get_focus() == focusBefore_)
+        focusSelected();
     return false;
 }
 
 void MessageList::focusList() {
-    if (!focusSelected()) list_.grab_focus();
+    if (focusSelected()) return;
+    list_.grab_focus();
+    awaitsFocus_ = true; // until the rows have their places
+    focusBefore_ = get_root() ? get_root()->get_focus() : nullptr;
 }
 
 bool MessageList::focusSelected() {

@@ -67,8 +67,11 @@ private:
     sigc::signal<void()> chosen_;
     sigc::signal<void()> entered_;
     std::optional<AppModel::CollectionID> shownCollection_;
+    std::string shownQuery_;                   // whose hits are listed
     bool updating_ = false;                    // the selection changes because the model did
     guint wanted_ = GTK_INVALID_LIST_POSITION; // the row to bring into view once rows are laid out
+    bool awaitsFocus_ = false;                 // that row should get the focus then,
+    const Gtk::Widget* focusBefore_ = nullptr; // unless it has gone elsewhere; only ever compared
     int framesUntilLaidOut_ = 0;
 };
 

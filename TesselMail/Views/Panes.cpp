@@ -51,7 +51,8 @@ Panes::Panes(AppModel& model, WindowState& state)
         g_signal_connect_swapped(leaflet, "notify::folded",
                                  G_CALLBACK(+[](Panes* self) { self->showFolded(); }), this);
     adw_leaflet_set_visible_child(outer_, GTK_WIDGET(inner_));
-    sidebar_.signalChosen().connect(sigc::mem_fun(*this, &Panes::showList));
+    sidebar_.signalChosen().connect([this] { showsLetter() ? showReader() : showList(); });
+    sidebar_.signalEntered().connect(sigc::mem_fun(*this, &Panes::enterSelected));
     list_.signalChosen().connect(sigc::mem_fun(*this, &Panes::showReader));
     list_.signalEntered().connect(sigc::mem_fun(*this, &Panes::read));
     showFolded();
@@ -107,22 +108,52 @@ void Panes::showFolded() {
     if (readerApart && showsLetter()) showReader();
 }
 
+// The toolkit takes the focus along to the pane that is turned to. Beside each other the panes leave it where
+// people put it.
+void Panes::turnTo(AdwLeaflet* leaflet, Gtk::Widget& pane) {
+    const Gtk::Root* const root = pane.get_root();
+    GtkWidget* const focus = root ? gtk_root_get_focus(const_cast<GtkRoot*>(root->gobj())) : nullptr;
+    adw_leaflet_set_visible_child(leaflet, object(pane));
+    if (focus && !adw_leaflet_get_folded(leaflet) && !gtk_widget_has_focus(focus))
+        gtk_widget_grab_focus(focus);
+}
+
 void Panes::showSources() {
-    adw_leaflet_set_visible_child(outer_, object(sourcesPane_));
+    turnTo(outer_, sourcesPane_);
+    if (isFolded()) sidebar_.focusSources();
+}
+
+void Panes::showMessages() {
+    turnTo(outer_, Adwaita::wrapped(inner_));
+    turnTo(inner_, listPane_);
 }
 
 void Panes::showList() {
-    adw_leaflet_set_visible_child(outer_, GTK_WIDGET(inner_));
-    adw_leaflet_set_visible_child(inner_, object(listPane_));
+    showMessages();
+    if (isFolded()) list_.focusList();
 }
 
 void Panes::showReader() {
-    adw_leaflet_set_visible_child(outer_, GTK_WIDGET(inner_));
-    adw_leaflet_set_visible_child(inner_, object(readerPane_));
+    turnTo(outer_, Adwaita::wrapped(inner_));
+    turnTo(inner_, readerPane_);
+    if (adw_leaflet_get_folded(inner_)) reader_.focusBody();
 }
 
 void Panes::showSelected() {
+    if (sidebar_.isChoosing()) return; // people walk through the sources: Return or a click goes on
+    if (!model_.active()) return showMessages();
+    const bool placed = sidebar_.holdsFocus() || holdsFocus(listPane_) || holdsFocus(readerPane_);
     showsLetter() ? showReader() : showList();
+    if (!placed && !isFolded()) list_.focusList();
+}
+
+void Panes::enterSelected() {
+    showsLetter() ? showReader() : showList();
+    if (!isFolded()) list_.focusList();
+}
+
+bool Panes::isFolded() const {
+    return adw_leaflet_get_folded(outer_) || adw_leaflet_get_folded(inner_);
 }
 
 // Whether the selected collection is a single message, of which the list tells nothing more.
@@ -131,18 +162,25 @@ bool Panes::showsLetter() const {
     return collection && collection->entries.size() == 1 && !collection->isIndexing;
 }
 
+bool Panes::holdsFocus(const Gtk::Widget& pane) const {
+    const auto* const root = Adwaita::wrapped(outer_).get_root();
+    const Gtk::Widget* const focus = root ? root->get_focus() : nullptr;
+    return focus && focus->is_ancestor(const_cast<Gtk::Widget&>(pane));
+}
+
 Panes::Place Panes::focused() const {
-    for (const Gtk::Widget* widget = Adwaita::wrapped(outer_).get_root()->get_focus(); widget;
-         widget = widget->get_parent()) {
-        if (widget == &sourcesPane_) return Place::sources;
-        if (widget == &listPane_) return Place::list;
-    }
-    return Place::reader;
+    return holdsFocus(sourcesPane_) ? Place::sources : holdsFocus(listPane_) ? Place::list : Place::reader;
 }
 
 void Panes::read() {
     showReader();
     reader_.focusBody();
+}
+
+void Panes::goBack() {
+    if (adw_leaflet_get_folded(inner_) && adw_leaflet_get_visible_child(inner_) == object(readerPane_))
+        return showList();
+    if (adw_leaflet_get_folded(outer_)) showSources();
 }
 
 void Panes::moveFocus(int steps) {
@@ -153,7 +191,7 @@ void Panes::moveFocus(int steps) {
 void Panes::focus(Place place) {
     switch (place) {
     case Place::sources: showSources(); return sidebar_.focusSources();
-    case Place::list: showList(); return list_.focusList();
+    case Place::list: showMessages(); return list_.focusList();
     case Place::reader: return read();
     }
 }

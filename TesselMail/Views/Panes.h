@@ -30,10 +30,13 @@ public:
     void showReader();
     /// The same, with the focus in the text.
     void read();
-    /// Shows the selected collection where only one pane fits: a single letter itself, else the list.
+    /// Shows the selected collection where only one pane fits: a single letter itself, else the list. The
+    /// focus goes to its messages, unless people have it in the sources or in a message.
     void showSelected();
     /// Moves the focus `steps` panes on, around the end.
     void moveFocus(int steps);
+    /// From the message to the list, and from there to the sources, where one of them hides the others.
+    void goBack();
     /// The widths people gave the panes go to the state.
     void keepWidths();
 
@@ -43,7 +46,12 @@ private:
     Gtk::Widget& addLine(AdwLeaflet* leaflet);
     void letDrag(Gtk::Widget& line, Pane& pane);
     void showFolded();
+    void turnTo(AdwLeaflet* leaflet, Gtk::Widget& pane);
+    void showMessages();
+    void enterSelected();
     bool showsLetter() const;
+    bool isFolded() const;
+    bool holdsFocus(const Gtk::Widget& pane) const;
     Place focused() const;
     void focus(Place place);
 

@@ -47,7 +47,7 @@ ReadingPane::ReadingPane(AppModel& model)
     model_.selectionVersion.signalChanged().connect(sigc::mem_fun(*this, &ReadingPane::showMessage));
     model_.showDetails.signalChanged().connect(sigc::mem_fun(*this, &ReadingPane::showHeader));
     model_.reading.signalChanged().connect(sigc::mem_fun(*this, &ReadingPane::showReading));
-    model_.readRequest.signalChanged().connect(sigc::mem_fun(*this, &ReadingPane::closeLink));
+    model_.signalSelecting().connect(sigc::mem_fun(*this, &ReadingPane::closeLink));
     model_.readRequest.signalChanged().connect(sigc::mem_fun(*this, &ReadingPane::showPage));
     model_.readerFailed.signalChanged().connect(sigc::mem_fun(*this, &ReadingPane::showPage));
     model_.readFailure.signalChanged().connect(sigc::mem_fun(*this, &ReadingPane::showFailure));
@@ -66,8 +66,8 @@ ReadingPane::~ReadingPane() {
 
 void ReadingPane::showTexts() {
     const Preferences& preferences = model_.preferences();
-    details_.set_tooltip_text(preferences.text(Texts::messageDetails));
-    export_.set_tooltip_text(preferences.text(Texts::exportOriginalHelp));
+    Adwaita::setTooltip(details_, preferences.text(Texts::messageDetails));
+    Adwaita::setTooltip(export_, preferences.text(Texts::exportOriginalHelp));
     for (const auto& [widget, text] :
          {std::pair<Gtk::Widget*, const Text*>(&details_, &Texts::messageDetails),
           {&export_, &Texts::exportOriginalHelp},
@@ -112,6 +112,12 @@ void ReadingPane::hideOther() {
 void ReadingPane::bodyShown() {
     showHeader();
     showPage();
+}
+
+void ReadingPane::focusBody() {
+    if (*model_.capture) return capture_.focusCopying();
+    if (stack_.get_visible_child_name() == "failed" && remedy_.grab_focus()) return;
+    body_.focusText();
 }
 
 void ReadingPane::showBody() {

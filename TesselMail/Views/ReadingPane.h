@@ -19,8 +19,8 @@ public:
     ~ReadingPane() override;
 
     Adwaita::HeaderBar& header() noexcept { return header_; }
-    /// Moves the focus into the text of the message.
-    void focusBody() { body_.focusText(); }
+    /// Moves the focus into the text of the message, or to what stands in its place.
+    void focusBody();
     const Glib::RefPtr<Gio::SimpleAction>& plainTextAction() const noexcept {
         return body_.plainTextAction();
     }

@@ -29,6 +29,7 @@ inline constexpr auto shortcuts = std::to_array<Shortcut>({
     {Shortcut::Group::reading, "win.previous-message", "<Alt>Up", Texts::previousMessage},
     {Shortcut::Group::window, "win.next-pane", "F6", Texts::nextPane},
     {Shortcut::Group::window, "win.previous-pane", "<Shift>F6", Texts::previousPane},
+    {Shortcut::Group::window, "win.back", "<Alt>Left", Texts::back},
     {Shortcut::Group::window, "win.settings", "<Control>comma", Texts::settings},
     {Shortcut::Group::window, "win.shortcuts", "<Control>question", Texts::keyboardShortcuts},
     {Shortcut::Group::window, "window.close", "<Control>w", Texts::closeWindow},

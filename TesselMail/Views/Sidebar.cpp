@@ -51,8 +51,11 @@ public:
             std::to_string(collection.entries.size()) + preferences.text(Texts::messageCount);
         name_.set_text(name);
         count_.set_text(count);
-        set_tooltip_text(collection.url.isFile() ? displayedPath(collection.url) : name);
-        close_.set_tooltip_text(preferences.text(Texts::closeFile));
+        const std::string place = collection.url.isFile() ? displayedPath(collection.url) : name;
+        Adwaita::setTooltip(*this, place); // which is also taken for the description, with all its marks
+        gtk_accessible_update_property(GTK_ACCESSIBLE(gobj()), GTK_ACCESSIBLE_PROPERTY_DESCRIPTION,
+                                       spoken(place).c_str(), -1);
+        Adwaita::setTooltip(close_, preferences.text(Texts::closeFile));
         gtk_accessible_update_property(GTK_ACCESSIBLE(gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
                                        (spoken(name) + ", " + count).c_str(), -1);
         gtk_accessible_update_property(GTK_ACCESSIBLE(close_.gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
@@ -105,6 +108,7 @@ Sidebar::Sidebar(AppModel& model) : Gtk::Box(Gtk::Orientation::VERTICAL), model_
     list_.set_selection_mode(Gtk::SelectionMode::SINGLE);
     list_.signal_row_selected().connect(sigc::mem_fun(*this, &Sidebar::choose));
     list_.signal_row_activated().connect([this](Gtk::ListBoxRow*) { chosen_.emit(); });
+    list_.onEnter([this] { return focusRow(); });
     setUpMenu();
     scroller_.set_child(list_);
     scroller_.set_policy(Gtk::PolicyType::NEVER, Gtk::PolicyType::AUTOMATIC);
@@ -205,6 +209,14 @@ void Sidebar::showCapture() {
     capture_.set_text(name.empty() ? model_.preferences().text(Texts::emailLink) : displayed(name));
 }
 
+void Sidebar::addRow(AppModel::CollectionID id) {
+    auto* const row = Gtk::make_managed<Row>(model_, id);
+    g_signal_connect_data( // by key: a click activates the list's row, not the row
+        row->gobj(), "activate", G_CALLBACK(+[](GtkListBoxRow*, Sidebar* self) { self->entered_.emit(); }),
+        this, nullptr, G_CONNECT_AFTER);
+    list_.append(*row);
+}
+
 // Rows are few; they are made anew only when other sources are open, so that a growing one keeps its row.
 void Sidebar::showCollections() {
     const bool before = std::exchange(updating_, true);
@@ -214,7 +226,7 @@ void Sidebar::showCollections() {
     const bool focused = list_.holdsFocus();
     if (ids != shown_) {
         while (Gtk::ListBoxRow* const row = list_.get_row_at_index(0)) list_.remove(*row);
-        for (const auto& id : ids) list_.append(*Gtk::make_managed<Row>(model_, id));
+        for (const auto& id : ids) addRow(id);
         shown_ = std::move(ids);
     }
     for (std::size_t at = 0; at < collections.size(); ++at)
@@ -237,15 +249,27 @@ void Sidebar::showSelection() {
 }
 
 void Sidebar::focusSources() {
-    Gtk::ListBoxRow* const row = list_.get_selected_row();
-    if ((!row || !row->grab_focus()) && !list_.child_focus(Gtk::DirectionType::TAB_FORWARD))
-        openFiles_.grab_focus();
+    if (!focusRow()) openFiles_.grab_focus();
+}
+
+// The list would choose the row that gets the focus: a captured link would go because somebody passed by.
+bool Sidebar::focusRow() {
+    Gtk::ListBoxRow* const selected = list_.get_selected_row();
+    Gtk::ListBoxRow* const row = selected ? selected : list_.get_row_at_index(0);
+    const bool before = std::exchange(updating_, true);
+    const bool focused = row && row->grab_focus();
+    if (!selected) list_.unselect_all();
+    updating_ = before;
+    return focused;
 }
 
 void Sidebar::choose(Gtk::ListBoxRow* row) {
     if (updating_ || !row) return;
     const AppModel::CollectionID id = static_cast<Row*>(row)->id();
-    if (*model_.selectedCollection != id) model_.selectCollection(id);
+    if (*model_.selectedCollection == id) return;
+    const bool before = std::exchange(choosing_, true);
+    model_.selectCollection(id);
+    choosing_ = before;
 }
 
 } // namespace TesselMail

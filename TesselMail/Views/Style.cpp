@@ -41,6 +41,9 @@ constexpr const char* style = R"(
 .attachments { padding: 0 24px 14px; }
 .attachment { padding: 6px 12px 6px 10px; font-weight: normal; }
 .reading-view { margin: 0 12px 0 28px; }
+.reading-view > *:focus:focus-visible, .plain-message:focus:focus-visible {
+    outline: 2px solid alpha(@accent_color, 0.5); outline-offset: -2px;
+}
 .plain-message { background: none; padding: 14px 28px 28px; }
 .plain-reason { margin: 12px 28px 0; }
 .link-target {

@@ -46,6 +46,27 @@ def while_running(app):
 
 
 @scenario(start=False)
+def passed_by(app):
+    """The card stays while the focus goes round, and has it when its turn comes."""
+    app.start(mail.mbox(app.mail / "Two.mbox", 2))
+    wait(lambda: len(app.rows()) == 2, "two rows")
+    app.command(LINK)
+    details = card(app)
+    for _ in range(14):
+        app.keys("Tab")
+    for _ in range(3):
+        app.keys("F6")
+        if app.focused() and app.name(app.focused()) == app.name(details):
+            break
+    else:
+        expect(False, "F6 never reaches the card")
+    app.step("round")
+    expect(app.everything("label", app.text("captured_link")), "the card has gone")
+    app.keys("Escape")
+    put_away(app)
+
+
+@scenario(start=False)
 def closed_by_button(app):
     app.start(LINK)
     left, top, width, height = app.place(card(app))

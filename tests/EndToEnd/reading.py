@@ -119,6 +119,62 @@ def panes_by_f6(app):
     expect(places[3] == places[1], "Shift+F6 does not go back")
 
 
+def focused_row(app, name):
+    wait(lambda: any(part.startswith("list item " + name) for part in app.focus_path()[:1]), f"the focus on {name}")
+
+
+@scenario(start=False)
+def opened_by_keyboard(app):
+    """What opens has the focus in its messages; the files are walked by arrows, and only Enter leaves them."""
+    for name in "AB":
+        mail.mbox(app.mail / f"{name}.mbox", 3, subject=f"From {name}")
+    (app.mail / "C.eml").write_bytes(mail.letter("From C"))
+    app.start(app.mail / "A.mbox", app.mail / "C.eml", app.mail / "B.mbox")
+    wait(lambda: in_list(app), "the focus in the list")
+    app.find("list item", re.compile("^B.mbox"))
+    for _ in range(2):
+        app.keys("F6")
+    focused_row(app, "A.mbox")
+    for key, name, subject in (("Down", "C.eml", "From C"), ("Down", "B.mbox", "From B 0"), ("Up", "C.eml", "From C"),
+                               ("Up", "A.mbox", "From A 0")):
+        app.keys(key)
+        on_show(app, subject)
+        focused_row(app, name)
+    app.step("files walked")
+    app.keys("Return")
+    wait(lambda: in_list(app), "the focus in the list after Enter")
+    app.keys("Up")
+    on_show(app, "From A 1")
+    app.step("list walked")
+
+
+@scenario(start=False)
+def narrow(app):
+    """One pane at a time: the files are walked, Enter and Alt+Left go there and back."""
+    state = app.home / "state" / "org.tesselmail.TesselMail"
+    state.mkdir(parents=True)
+    (state / "window.ini").write_text("[Window]\nwidth=360\nheight=640\n")
+    mail.mbox(app.mail / "A.mbox", 3, subject="From A")
+    (app.mail / "B.eml").write_bytes(mail.letter("From B"))
+    app.start(app.mail / "A.mbox", app.mail / "B.eml")
+    wait(lambda: in_list(app), "the list of the first file")
+    app.keys("alt+Left")
+    focused_row(app, "A.mbox")
+    app.step("files")
+    app.keys("Down")
+    focused_row(app, "B.eml")
+    app.keys("Return")
+    app.sees("From B")
+    app.step("letter")
+    app.keys("alt+Left", "alt+Left", "Up", "Return")
+    wait(lambda: in_list(app), "the list")
+    app.keys("Return")
+    wait(lambda: not in_list(app), "the message")
+    app.step("message")
+    app.keys("alt+Left")
+    wait(lambda: in_list(app), "the list again")
+
+
 @scenario(start=False)
 def details(app):
     three(app)

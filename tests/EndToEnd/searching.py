@@ -24,6 +24,26 @@ def search_and_clear(app):
 
 
 @scenario(start=False)
+def hits_from_the_top(app):
+    """The newest hit is in view, however far down the message on show is among them, and their number is told."""
+    app.start(mail.mbox(app.mail / "Many.mbox", 400))
+    wait(lambda: any("Message 0" in app.name(row) for row in app.rows()), "the message on show, the oldest")
+    app.keys("ctrl+f")
+    app.type("Message")
+    wait(lambda: any("Message 399" in app.name(row) for row in app.rows()), "the newest hit")
+    app.sees("400" + app.text("message_count"))
+    app.step("hits")
+    app.keys("Escape")
+    wait(lambda: any("Message 0" in app.name(row) for row in app.rows()), "the message on show again")
+    app.keys("ctrl+f")
+    app.type("nowhere")
+    app.sees(app.text("no_messages"))
+    app.keys("Return")
+    app.step("Return without hits")
+    expect("entry" in app.focus_path()[0], f"Return leaves the field for {app.focus_path()[:1]}")
+
+
+@scenario(start=False)
 def no_hit(app):
     five(app)
     app.keys("ctrl+f")
