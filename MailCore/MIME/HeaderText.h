@@ -1,7 +1,7 @@
 #pragma once
 
-#include "MailCore/Model/Bytes.h"
 #include "MailCore/Model/MailMessage.h"
+#include "MailCore/Platform/Bytes.h"
 
 #include <map>
 #include <optional>

@@ -1,7 +1,7 @@
 #pragma once
 
 #include "MailCore/MIME/Base64.h"
-#include "MailCore/Model/Bytes.h"
+#include "MailCore/Platform/Bytes.h"
 
 #include <algorithm>
 #include <optional>
