@@ -422,7 +422,7 @@ MailMessage parse(ByteView data, const Cancelled& cancelled) {
 }
 
 Texts texts(ByteView data, const Cancelled& cancelled) {
-    const Split halves = splitMessage(data, Wanted::everything, cancelled);
+    const Split halves = splitMessage(data, Wanted::texts, cancelled);
     MailMessage message;
     addContents(data, halves, message, Wanted::texts, cancelled);
     return {
