@@ -17,7 +17,6 @@ struct URL::Parts {
     std::optional<std::string> host;
     bool hasUserInfo = false;
     std::string path;
-    std::string encodedPath;
     std::optional<std::string> query;
 };
 
@@ -98,8 +97,7 @@ URL URL::file(std::string_view path) {
     Parts parts;
     parts.scheme = "file";
     parts.host = "";
-    parts.encodedPath = encoded(absolute, "-._~/!$&'()*+,=@:");
-    parts.text = "file://" + parts.encodedPath;
+    parts.text = "file://" + encoded(absolute, "-._~/!$&'()*+,=@:");
     parts.path = std::move(absolute);
     return URL(std::make_shared<const Parts>(std::move(parts)));
 }
@@ -119,8 +117,7 @@ std::optional<URL> URL::parse(std::string_view text) {
         return parse(text.substr(0, text.find_last_not_of('/') + 1)); // a folder has one address
     if (const char* host = g_uri_get_host(uri.get())) parts.host = host;
     parts.hasUserInfo = g_uri_get_user(uri.get()) != nullptr || g_uri_get_password(uri.get()) != nullptr;
-    parts.encodedPath = g_uri_get_path(uri.get());
-    parts.path = decoded(parts.encodedPath);
+    parts.path = decoded(g_uri_get_path(uri.get()));
     if (const char* query = g_uri_get_query(uri.get())) parts.query = query;
     return URL(std::make_shared<const Parts>(std::move(parts)));
 }
@@ -147,10 +144,6 @@ bool URL::hasUserInfo() const noexcept {
 
 const std::string& URL::path() const noexcept {
     return parts().path;
-}
-
-const std::string& URL::percentEncodedPath() const noexcept {
-    return parts().encodedPath;
 }
 
 const std::optional<std::string>& URL::query() const noexcept {

@@ -30,8 +30,6 @@ public:
     bool hasUserInfo() const noexcept;
     /// The path with percent escapes undone (bytes, which may hold U+0000).
     const std::string& path() const noexcept;
-    /// The path as it stands in the address.
-    const std::string& percentEncodedPath() const noexcept;
     /// The query as it stands, absent when there is none.
     const std::optional<std::string>& query() const noexcept;
 
