@@ -1,6 +1,7 @@
 #include "MailCore/MIME/Base64.h"
 #include "MailCore/Platform/Text.h"
 #include "MailCore/Rendering/ElementAttributes.h"
+#include "MailCore/Rendering/MailStyles.h"
 #include "MailCore/Rendering/Markup.h"
 #include "MailCore/Rendering/NameTable.h"
 #include "MailCore/Rendering/SafeHTML.h"

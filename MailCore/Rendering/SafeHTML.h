@@ -2,7 +2,7 @@
 
 #include "MailCore/MIME/HTMLEscape.h"
 #include "MailCore/Model/MailMessage.h"
-#include "MailCore/Rendering/MailStyles.h"
+#include "MailCore/Rendering/ElementAttributes.h"
 #include "MailCore/Rendering/RenderedMail.h"
 
 #include <optional>

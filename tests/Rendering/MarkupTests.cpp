@@ -5,6 +5,7 @@
 
 #include "MailCore/Platform/Text.h"
 #include "MailCore/Rendering/HTMLEntities.h"
+#include "MailCore/Rendering/MailStyles.h"
 #include "MailCore/Rendering/SafeHTML.h"
 
 #include <gtest/gtest.h>

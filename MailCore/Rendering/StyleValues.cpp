@@ -1,0 +1,165 @@
+#include "MailCore/Rendering/StyleValues.h"
+
+#include "MailCore/Platform/Text.h"
+
+#include <unicode/uchar.h>
+
+#include <charconv>
+#include <cmath>
+
+namespace MailCore::StyleValues {
+
+namespace {
+
+using Markup::isDigit;
+using Markup::isLetter;
+
+constexpr auto npos = std::string_view::npos;
+
+constexpr std::size_t familiesLimit = 8;
+constexpr std::size_t familyLimit = 80;
+constexpr std::size_t identifierLimit = 100;
+constexpr double longestLength = 4'096;
+constexpr double shortestNegative = -100;
+
+constexpr std::array<std::string_view, 8> fontSizes{"small",   "medium",   "large",   "x-small",
+                                                    "x-large", "xx-large", "smaller", "larger"};
+constexpr std::array<std::string_view, 5> lengthWords{"auto", "inherit", "initial", "normal", "0"};
+constexpr std::array<std::string_view, 8> lengthUnits{"px", "pt", "em", "rem", "%", "in", "cm", "mm"};
+
+/// `-?(?:[0-9]+(?:\.[0-9]+)?|\.[0-9]+)` at the start of `text`, its length; 0 when it does not match.
+std::size_t numberPrefix(std::string_view text) noexcept {
+    std::size_t at = text.starts_with('-') ? 1 : 0;
+    const std::size_t digits = at;
+    while (at < text.size() && isDigit(text[at])) ++at;
+    const std::size_t wholeEnd = at;
+    if (at < text.size() && text[at] == '.') {
+        ++at;
+        while (at < text.size() && isDigit(text[at])) ++at;
+        if (at > wholeEnd + 1) return at;
+    }
+    return wholeEnd > digits ? wholeEnd : 0;
+}
+
+/// Letters, digits, spaces, hyphens and underscores only.
+bool isFamily(std::string_view text) noexcept {
+    if (text.empty() || text.size() > familyLimit) return false;
+    for (std::size_t at = 0; at < text.size();) {
+        if (static_cast<unsigned char>(text[at]) < 0x80) {
+            const char byte = text[at++];
+            if (!isLetter(byte) && !isDigit(byte) && byte != ' ' && byte != '-' && byte != '_') return false;
+            continue;
+        }
+        const auto codePoint = static_cast<UChar32>(Text::next(text, at));
+        if ((U_GET_GC_MASK(codePoint) & (U_GC_L_MASK | U_GC_M_MASK | U_GC_ND_MASK)) == 0) return false;
+    }
+    return true;
+}
+
+} // namespace
+
+std::string_view trimmedOfBlanks(std::string_view text) noexcept {
+    const auto isLineBreak = [](char32_t codePoint) {
+        return (codePoint >= '\n' && codePoint <= '\r') || codePoint == 0x85 || codePoint == 0x2028 ||
+               codePoint == 0x2029;
+    };
+    while (const std::size_t length = Markup::spaceAt(text, 0)) {
+        std::size_t at = 0;
+        if (isLineBreak(Text::next(text, at))) break;
+        text.remove_prefix(length);
+    }
+    while (!text.empty()) {
+        std::size_t start = text.size() - 1;
+        while (start > 0 && (static_cast<unsigned char>(text[start]) & 0xC0) == 0x80) --start;
+        std::size_t at = start;
+        if (Markup::spaceAt(text, start) == 0 || isLineBreak(Text::next(text, at))) break;
+        text.remove_suffix(text.size() - start);
+    }
+    return text;
+}
+
+std::optional<double> number(std::string_view text) noexcept {
+    double value = 0;
+    const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), value);
+    if (end != text.data() + text.size() || error == std::errc::invalid_argument) return std::nullopt;
+    if (error == std::errc::result_out_of_range) {
+        const std::string_view whole = text.substr(0, text.find('.'));
+        if (text.find_first_of("eE") != npos || whole.find_first_of("123456789") != npos) return std::nullopt;
+        return 0;
+    }
+    if (!std::isfinite(value)) return std::nullopt;
+    return value;
+}
+
+bool isLength(std::string_view text, bool negative) noexcept {
+    if (contains(lengthWords, text)) return true;
+    const std::size_t end = numberPrefix(text);
+    if (end == 0) return false;
+    const std::string_view unit = text.substr(end);
+    if (!contains(lengthUnits, unit) && !contains(lengthUnits, Markup::withoutFinalLineEnd(unit)))
+        return false;
+    const auto value = number(text.substr(0, end));
+    return value && *value >= (negative ? shortestNegative : 0) && *value <= longestLength;
+}
+
+bool isWidth(std::string_view text) noexcept {
+    return isLength(text, false) && (text == "0" || !contains(lengthWords, text));
+}
+
+bool isIdentifier(std::string_view text) noexcept {
+    if (text.size() > identifierLimit) return false;
+    const std::size_t length = Markup::identifierLength(text);
+    return length > 0 && (length == text.size() || length == Markup::withoutFinalLineEnd(text).size());
+}
+
+bool appendKeyword(std::string& out, Words words, std::string_view value) {
+    const auto found = std::ranges::find(words, Text::lowered(value));
+    if (found == words.end()) return false;
+    out += *found;
+    return true;
+}
+
+bool appendLength(std::string& out, std::string_view value, bool negative) {
+    if (!isLength(value, negative)) return false;
+    out += value;
+    return true;
+}
+
+bool appendFamilies(std::string& out, std::string_view value) {
+    Pieces pieces(value, ',');
+    bool kept = false;
+    for (std::size_t count = 0; count < familiesLimit; ++count) {
+        const auto piece = pieces.next();
+        if (!piece) break;
+        const std::string_view family = Text::trimmed(*piece, " \t\"'");
+        if (!isFamily(family)) continue;
+        out += '\'';
+        out += family;
+        out += "',";
+        kept = true;
+    }
+    if (kept) out += "-apple-system,sans-serif";
+    return kept;
+}
+
+bool appendFontSize(std::string& out, std::string_view value) {
+    if (contains(fontSizes, value)) {
+        out += value;
+        return true;
+    }
+    if (value == "auto" || value == "normal" || value == "initial" || !isLength(value, false)) return false;
+    const bool scales = value.ends_with("px") || value.ends_with("pt");
+    if (scales) out += "calc(";
+    out += value;
+    if (scales) out += " * var(--mail-scale))";
+    return true;
+}
+
+bool appendLineHeight(std::string& out, std::string_view value) {
+    const auto factor = number(value.starts_with('+') ? value.substr(1) : value);
+    if (!factor || *factor < 0.5 || *factor > 5.0) return appendLength(out, value, false);
+    out += value;
+    return true;
+}
+
+} // namespace MailCore::StyleValues
