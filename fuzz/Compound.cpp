@@ -5,6 +5,8 @@
 #include "MailCore/Model/MailError.h"
 #include "MailCore/Platform/LittleEndian.h"
 #include "MailCore/Platform/Text.h"
+#include "MailCore/Platform/UTF16.h"
+#include "MailCore/Platform/UTF8.h"
 
 #include <cstdlib>
 #include <set>

@@ -2,7 +2,7 @@
 #include "MailCore/MIME/HeaderText.h"
 
 #include "MailCore/MIME/HeaderScanner.h"
-#include "MailCore/Platform/Text.h"
+#include "MailCore/Platform/UTF8.h"
 
 #include <cstdlib>
 

@@ -1,6 +1,6 @@
 #include "MailCore/Dates/MailDate.h"
 #include "MailCore/Dates/DateParser.h"
-#include "MailCore/Platform/Text.h"
+#include "MailCore/Platform/UTF8.h"
 
 #include <cstdint>
 #include <cstdlib>

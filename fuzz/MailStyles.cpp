@@ -1,5 +1,6 @@
 #include "MailCore/Rendering/MailStyles.h"
-#include "MailCore/Platform/Text.h"
+
+#include "MailCore/Platform/UTF8.h"
 
 #include <algorithm>
 #include <cstdint>

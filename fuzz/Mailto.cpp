@@ -1,7 +1,7 @@
 // A link: what a mailto: link carries, and the panel of any link.
 #include "MailCore/Links/MailtoCapture.h"
 #include "MailCore/Model/MailError.h"
-#include "MailCore/Platform/Text.h"
+#include "MailCore/Platform/UTF8.h"
 #include "TesselMail/Model/CapturedMailLink.h"
 
 #include <cstdlib>

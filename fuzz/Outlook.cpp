@@ -5,7 +5,7 @@
 #include "MailCore/MIME/MIME.h"
 #include "MailCore/Model/Limits.h"
 #include "MailCore/Model/MailError.h"
-#include "MailCore/Platform/Text.h"
+#include "MailCore/Platform/UTF8.h"
 
 #include <cstdlib>
 

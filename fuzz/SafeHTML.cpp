@@ -1,5 +1,5 @@
 #include "MailCore/Rendering/SafeHTML.h"
-#include "MailCore/Platform/Text.h"
+#include "MailCore/Platform/UTF8.h"
 #include "MailCore/Rendering/ReadableText.h"
 
 #include <algorithm>

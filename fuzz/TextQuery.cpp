@@ -2,7 +2,7 @@
 // finds, and neither depends on how accents are encoded.
 #include "MailCore/Search/TextQuery.h"
 
-#include "MailCore/Platform/Text.h"
+#include "MailCore/Platform/UTF8.h"
 
 #include <unicode/normalizer2.h>
 #include <unicode/unistr.h>

@@ -1,6 +1,9 @@
 #include "MailCore/Dates/DateParser.h"
 
+#include "MailCore/Dates/DateNames.h"
+#include "MailCore/Platform/ASCII.h"
 #include "MailCore/Platform/Text.h"
+#include "MailCore/Platform/UTF8.h"
 
 #include <unicode/gregocal.h>
 #include <unicode/smpdtfmt.h>
@@ -18,10 +21,6 @@ namespace {
 
 constexpr std::size_t firstISOPattern = 5;
 
-bool isDigit(char byte) noexcept {
-    return byte >= '0' && byte <= '9';
-}
-
 /// Reads the parts of a date from left to right; once a part is missing, `failed` stays set.
 class Scanner {
 public:
@@ -29,7 +28,7 @@ public:
 
     bool failed() const noexcept { return failed_; }
     bool atEnd() const noexcept { return at_ == text_.size(); }
-    bool nextIsDigit() const noexcept { return at_ < text_.size() && isDigit(text_[at_]); }
+    bool nextIsDigit() const noexcept { return at_ < text_.size() && ASCII::isDigit(text_[at_]); }
 
     bool take(char expected) noexcept {
         if (at_ >= text_.size() || text_[at_] != expected) return false;
@@ -65,8 +64,7 @@ public:
         for (std::size_t index = 0; index < names.size(); ++index) {
             if (!Text::equalsIgnoringCase(text_.substr(at_, 3), names[index])) continue;
             at_ += 3;
-            const char following = at_ < text_.size() ? Text::lowered(text_[at_]) : ' ';
-            if (following >= 'a' && following <= 'z') break;
+            if (at_ < text_.size() && ASCII::isLetter(text_[at_])) break;
             return index;
         }
         failed_ = true;
@@ -78,10 +76,6 @@ private:
     std::size_t at_ = 0;
     bool failed_ = false;
 };
-
-constexpr auto weekdays = std::to_array<std::string_view>({"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"});
-constexpr auto months = std::to_array<std::string_view>(
-    {"Jan", "Feb", "Mar", "Apr", "May", "Jun", "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"});
 
 /// The calendar's parse of one pattern, kept with the formatter that does it.
 struct Formatter {
@@ -158,13 +152,13 @@ std::optional<Parsed> parseUsualForm(std::string_view text, std::size_t count) {
     Scanner scan(text);
     const bool hasWeekday = !scan.nextIsDigit();
     if (hasWeekday) {
-        scan.name(weekdays);
+        scan.name(DateNames::weekdays);
         scan.require(',');
         scan.requireBlanks();
     }
     const int day = scan.number(1, 2);
     scan.requireBlanks();
-    const std::size_t month = scan.name(months);
+    const std::size_t month = scan.name(DateNames::months);
     scan.requireBlanks();
     const int year = scan.number(4, 4);
     scan.requireBlanks();

@@ -1,7 +1,9 @@
 #include "MailCore/MIME/HTMLCharset.h"
 
 #include "MailCore/MIME/MailEncoding.h"
+#include "MailCore/Platform/ASCII.h"
 #include "MailCore/Platform/Text.h"
+#include "MailCore/Platform/UTF8.h"
 
 #include <unicode/uchar.h>
 
@@ -84,9 +86,9 @@ private:
     }
 
     static bool isLabelCharacter(char32_t character) {
-        return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') ||
-               (character >= '0' && character <= '9') || character == '.' || character == '_' ||
-               character == '-' || character == longS || character == kelvinSign;
+        if (character >= 0x80) return character == longS || character == kelvinSign;
+        const char byte = static_cast<char>(character);
+        return ASCII::isAlphanumeric(byte) || byte == '.' || byte == '_' || byte == '-';
     }
 
     std::size_t afterWhitespace(std::size_t at) const {

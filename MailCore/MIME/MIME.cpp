@@ -6,6 +6,7 @@
 #include "MailCore/Model/MailError.h"
 #include "MailCore/Platform/BytePair.h"
 #include "MailCore/Platform/Text.h"
+#include "MailCore/Platform/UTF8.h"
 
 #include <algorithm>
 #include <array>

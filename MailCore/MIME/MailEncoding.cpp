@@ -2,6 +2,8 @@
 
 #include "MailCore/Platform/Converter.h"
 #include "MailCore/Platform/Text.h"
+#include "MailCore/Platform/UTF16.h"
+#include "MailCore/Platform/UTF8.h"
 
 #include <algorithm>
 #include <array>

@@ -3,6 +3,7 @@
 #include "MailCore/Model/MailError.h"
 #include "MailCore/Platform/LittleEndian.h"
 #include "MailCore/Platform/Text.h"
+#include "MailCore/Platform/UTF16.h"
 
 #include <algorithm>
 #include <array>

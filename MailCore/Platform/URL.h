@@ -56,7 +56,4 @@ private:
 /// when the name's only dot is its first character, or when nothing follows it, as in "name.".
 std::string_view pathExtension(std::string_view name) noexcept;
 
-/// `text` with its percent escapes undone; absent when one of them is none or the result is no valid UTF-8.
-std::optional<std::string> percentDecoded(std::string_view text);
-
 } // namespace MailCore

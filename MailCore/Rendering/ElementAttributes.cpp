@@ -1,6 +1,6 @@
 #include "MailCore/Rendering/ElementAttributes.h"
 
-#include "MailCore/Platform/Text.h"
+#include "MailCore/Platform/ASCII.h"
 #include "MailCore/Rendering/Markup.h"
 #include "MailCore/Rendering/NameTable.h"
 
@@ -27,7 +27,7 @@ constexpr int mostAttributes = 80;
 std::optional<std::size_t> indexOf(std::string_view name) noexcept {
     std::array<char, longestName> buffer{};
     if (name.size() > buffer.size()) return std::nullopt;
-    std::ranges::transform(name, buffer.begin(), [](char byte) { return Text::lowered(byte); });
+    std::ranges::transform(name, buffer.begin(), ASCII::lowered);
     const std::string_view lowered(buffer.data(), name.size());
     return nameTable.find(lowered);
 }

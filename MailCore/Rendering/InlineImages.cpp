@@ -1,5 +1,6 @@
 #include "MailCore/Rendering/InlineImages.h"
 
+#include "MailCore/Platform/PercentEncoding.h"
 #include "MailCore/Platform/Text.h"
 #include "MailCore/Platform/URL.h"
 #include "MailCore/Rendering/SafeHTML.h"
@@ -15,8 +16,7 @@ constexpr std::size_t largestSum = 4'194'304; // bytes of all images taken
 std::optional<InlineImages::Image> InlineImages::take(std::string_view address) {
     constexpr std::string_view scheme = "cid:";
     if (!Text::equalsIgnoringCase(address.substr(0, scheme.size()), scheme)) return std::nullopt;
-    const std::string_view written = address.substr(scheme.size());
-    const MailAttachment* const found = attachment(percentDecoded(written).value_or(std::string(written)));
+    const MailAttachment* const found = attachment(percentDecoded(address.substr(scheme.size())));
     if (found == nullptr || found->bytes.size() > largestSum - taken_) return std::nullopt;
     const std::string_view type = safeType(*found);
     if (type.empty()) return std::nullopt;

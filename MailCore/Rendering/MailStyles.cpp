@@ -1,5 +1,6 @@
 #include "MailCore/Rendering/MailStyles.h"
 
+#include "MailCore/Platform/ASCII.h"
 #include "MailCore/Platform/Text.h"
 #include "MailCore/Rendering/Markup.h"
 #include "MailCore/Rendering/PresentationalAttributes.h"
@@ -14,8 +15,6 @@ namespace MailCore {
 
 namespace {
 
-using Markup::isDigit;
-using Markup::isLetter;
 using StyleValues::appendSeparator;
 using StyleValues::Pieces;
 using StyleValues::trimmedOfBlanks;
@@ -78,7 +77,7 @@ bool isWidthQuery(std::string_view prelude) noexcept {
     if (!take("(max-width:") && !take("(min-width:")) return false;
     takeSpaces();
     const std::size_t digits = at;
-    while (at < prelude.size() && isDigit(prelude[at])) ++at;
+    while (at < prelude.size() && ASCII::isDigit(prelude[at])) ++at;
     if (at == digits || at - digits > 4 || !take("px)")) return false;
     return at == prelude.size() || at == Markup::withoutFinalLineEnd(prelude).size();
 }
@@ -156,7 +155,8 @@ void MailStyles::appendDeclarations(std::string& out, std::string_view text) {
         const std::size_t colon = piece->find(':');
         if (colon == npos) continue;
         const std::string name = Text::lowered(Text::trimmed(piece->substr(0, colon)));
-        if (!std::ranges::all_of(name, [](char byte) { return isLetter(byte) || byte == '-'; })) continue;
+        if (!std::ranges::all_of(name, [](char byte) { return ASCII::isLetter(byte) || byte == '-'; }))
+            continue;
         std::string_view value = Text::trimmed(piece->substr(colon + 1));
         constexpr std::string_view importantMark = "!important";
         const bool important =

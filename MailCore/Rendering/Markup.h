@@ -9,16 +9,6 @@
 /// and case folding, first match), in time linear in the text over all calls together.
 namespace MailCore::Markup {
 
-constexpr bool isLetter(char byte) noexcept {
-    return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z');
-}
-constexpr bool isDigit(char byte) noexcept {
-    return byte >= '0' && byte <= '9';
-}
-constexpr bool isHexDigit(char byte) noexcept {
-    return isDigit(byte) || (byte >= 'a' && byte <= 'f') || (byte >= 'A' && byte <= 'F');
-}
-
 /// Length in bytes of the `\s` at `at`, 0 when there is none.
 std::size_t spaceAt(std::string_view text, std::size_t at) noexcept;
 /// Past `\s*` at `at`.

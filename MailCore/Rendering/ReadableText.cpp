@@ -1,5 +1,6 @@
 #include "MailCore/Rendering/ReadableText.h"
 
+#include "MailCore/Platform/ASCII.h"
 #include "MailCore/Rendering/Markup.h"
 #include "MailCore/Rendering/NameTable.h"
 
@@ -52,10 +53,6 @@ static_assert(std::ranges::is_sorted(elements, {}, &Element::name));
 
 constexpr NameTable<elements.size()> elementTable([](std::size_t index) { return elements[index].name; });
 
-constexpr bool isSpace(char byte) noexcept {
-    return byte == ' ' || (byte >= '\t' && byte <= '\r');
-}
-
 std::string_view attributeOf(std::string_view tag, std::string_view name) noexcept {
     Markup::AttributeScanner scanner(tag);
     while (const auto found = scanner.next())
@@ -90,10 +87,10 @@ public:
     void addFlowing(std::string_view text) {
         for (std::size_t at = 0; at < text.size();) {
             const std::size_t start = at;
-            while (at < text.size() && isSpace(text[at])) ++at;
+            while (at < text.size() && ASCII::isSpace(text[at])) ++at;
             if (at > start) space_ = true;
             const std::size_t word = at;
-            while (at < text.size() && !isSpace(text[at])) ++at;
+            while (at < text.size() && !ASCII::isSpace(text[at])) ++at;
             if (at == word) continue;
             begin();
             text_.append(text, word, at - word);

@@ -1,4 +1,6 @@
 #include "MailCore/MIME/Base64.h"
+#include "MailCore/Platform/ASCII.h"
+#include "MailCore/Platform/Characters.h"
 #include "MailCore/Platform/Text.h"
 #include "MailCore/Rendering/ElementAttributes.h"
 #include "MailCore/Rendering/InlineImages.h"
@@ -97,7 +99,7 @@ std::string_view writtenName(ElementID id) noexcept {
 std::optional<ElementID> elementNamed(std::string_view name) noexcept {
     std::array<char, longestName> buffer{};
     if (name.empty() || name.size() > buffer.size()) return std::nullopt;
-    std::ranges::transform(name, buffer.begin(), [](char byte) { return Text::lowered(byte); });
+    std::ranges::transform(name, buffer.begin(), ASCII::lowered);
     const std::string_view lowered(buffer.data(), name.size());
     const auto index = elementTable.find(lowered);
     if (!index) return std::nullopt;
@@ -106,7 +108,7 @@ std::optional<ElementID> elementNamed(std::string_view name) noexcept {
 
 std::size_t nameLength(std::string_view tag) noexcept {
     std::size_t length = 0;
-    while (length < tag.size() && (Markup::isLetter(tag[length]) || Markup::isDigit(tag[length]))) ++length;
+    while (length < tag.size() && ASCII::isAlphanumeric(tag[length])) ++length;
     return length;
 }
 

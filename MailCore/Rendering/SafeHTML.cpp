@@ -1,7 +1,9 @@
 #include "MailCore/Rendering/SafeHTML.h"
 
+#include "MailCore/Platform/ASCII.h"
 #include "MailCore/Platform/ImageHeader.h"
 #include "MailCore/Platform/Text.h"
+#include "MailCore/Platform/UTF8.h"
 #include "MailCore/Rendering/Markup.h"
 
 #include <unicode/uchar.h>
@@ -83,8 +85,7 @@ std::size_t unsearchedEnd(std::string_view html, std::size_t at, ClosingTags& cl
 /// Whether the name of a script, style or head may begin with `byte`: its letters in either case, or a
 /// variant of "s" outside ASCII.
 constexpr bool mayBeginUnsearched(char byte) noexcept {
-    return byte == 's' || byte == 'S' || byte == 'h' || byte == 'H' ||
-           static_cast<unsigned char>(byte) >= 0x80;
+    return byte == 's' || byte == 'S' || byte == 'h' || byte == 'H' || !isASCII(byte);
 }
 
 std::string textOf(std::string_view html) {

@@ -1,5 +1,6 @@
 #include "MailCore/Rendering/StyleColors.h"
 
+#include "MailCore/Platform/ASCII.h"
 #include "MailCore/Platform/Text.h"
 #include "MailCore/Rendering/Markup.h"
 #include "MailCore/Rendering/ShortestNumber.h"
@@ -45,7 +46,7 @@ struct RGBA {
 
 /// Three, four, six or eight hexadecimal digits.
 std::optional<RGBA> hexadecimalColor(std::string_view digits) noexcept {
-    if (!std::ranges::all_of(digits, Markup::isHexDigit)) return std::nullopt;
+    if (!std::ranges::all_of(digits, ASCII::isHexDigit)) return std::nullopt;
     const bool brief = digits.size() == 3 || digits.size() == 4;
     if (!brief && digits.size() != 6 && digits.size() != 8) return std::nullopt;
     const auto component = [&](std::size_t index) {

@@ -1,14 +1,12 @@
 #include "MailCore/Rendering/StyleSelectors.h"
 
+#include "MailCore/Platform/ASCII.h"
 #include "MailCore/Platform/Text.h"
 #include "MailCore/Rendering/Markup.h"
 
 namespace MailCore::StyleSelectors {
 
 namespace {
-
-using Markup::isDigit;
-using Markup::isLetter;
 
 constexpr std::size_t selectorLimit = 300;
 constexpr std::string_view scope = ".mail-content";
@@ -21,7 +19,7 @@ std::optional<std::string> scoped(std::string_view text) {
     std::string prefixed;
     for (std::size_t at = 0; at < text.size(); ++at) {
         const char byte = text[at];
-        if (!isLetter(byte) && !isDigit(byte) &&
+        if (!ASCII::isAlphanumeric(byte) &&
             std::string_view("_.#* >+~,-").find(byte) == std::string_view::npos)
             return std::nullopt;
         prefixed += byte;
@@ -34,7 +32,7 @@ std::optional<std::string> scoped(std::string_view text) {
     if (rest.starts_with("html ")) rest.remove_prefix(rest.find_first_not_of(' ', 4));
     if (rest.starts_with("body")) {
         rest.remove_prefix(4);
-        if (rest.empty() || !(isLetter(rest[0]) || isDigit(rest[0]) || rest[0] == '_'))
+        if (rest.empty() || !(ASCII::isAlphanumeric(rest[0]) || rest[0] == '_'))
             return std::string(scope).append(rest);
     }
     return std::string(scope).append(1, ' ').append(prefixed);

@@ -1,6 +1,8 @@
 #include "MailCore/Rendering/StyleValues.h"
 
+#include "MailCore/Platform/ASCII.h"
 #include "MailCore/Platform/Text.h"
+#include "MailCore/Platform/UTF8.h"
 
 #include <unicode/uchar.h>
 
@@ -11,8 +13,7 @@ namespace MailCore::StyleValues {
 
 namespace {
 
-using Markup::isDigit;
-using Markup::isLetter;
+using ASCII::isDigit;
 
 constexpr auto npos = std::string_view::npos;
 
@@ -45,9 +46,9 @@ std::size_t numberPrefix(std::string_view text) noexcept {
 bool isFamily(std::string_view text) noexcept {
     if (text.empty() || text.size() > familyLimit) return false;
     for (std::size_t at = 0; at < text.size();) {
-        if (static_cast<unsigned char>(text[at]) < 0x80) {
+        if (isASCII(text[at])) {
             const char byte = text[at++];
-            if (!isLetter(byte) && !isDigit(byte) && byte != ' ' && byte != '-' && byte != '_') return false;
+            if (!ASCII::isAlphanumeric(byte) && byte != ' ' && byte != '-' && byte != '_') return false;
             continue;
         }
         const auto codePoint = static_cast<UChar32>(Text::next(text, at));
@@ -59,23 +60,9 @@ bool isFamily(std::string_view text) noexcept {
 } // namespace
 
 std::string_view trimmedOfBlanks(std::string_view text) noexcept {
-    const auto isLineBreak = [](char32_t codePoint) {
-        return (codePoint >= '\n' && codePoint <= '\r') || codePoint == 0x85 || codePoint == 0x2028 ||
-               codePoint == 0x2029;
-    };
-    while (const std::size_t length = Markup::spaceAt(text, 0)) {
-        std::size_t at = 0;
-        if (isLineBreak(Text::next(text, at))) break;
-        text.remove_prefix(length);
-    }
-    while (!text.empty()) {
-        std::size_t start = text.size() - 1;
-        while (start > 0 && (static_cast<unsigned char>(text[start]) & 0xC0) == 0x80) --start;
-        std::size_t at = start;
-        if (Markup::spaceAt(text, start) == 0 || isLineBreak(Text::next(text, at))) break;
-        text.remove_suffix(text.size() - start);
-    }
-    return text;
+    return Text::trimmedOf(text, [](char32_t codePoint) {
+        return Text::isWhitespace(codePoint) && !Text::isLineBreak(codePoint);
+    });
 }
 
 std::optional<double> number(std::string_view text) noexcept {

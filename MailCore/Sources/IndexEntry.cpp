@@ -2,7 +2,7 @@
 
 #include "MailCore/Dates/MailDate.h"
 #include "MailCore/MIME/HeaderText.h"
-#include "MailCore/Platform/Text.h"
+#include "MailCore/Platform/Characters.h"
 
 namespace MailCore::MailReader {
 

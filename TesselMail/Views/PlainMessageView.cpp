@@ -1,6 +1,7 @@
 #include "TesselMail/Views/PlainMessageView.h"
 
 #include "MailCore/Platform/Text.h"
+#include "MailCore/Platform/UTF8.h"
 
 #include <fmt/format.h>
 

@@ -4,7 +4,6 @@
 #include "MailCore/Model/MailMessage.h"
 #include "MailCore/Model/MessageEntry.h"
 #include "MailCore/Model/SafeFilename.h"
-#include "MailCore/Platform/Text.h"
 
 #include <gtest/gtest.h>
 

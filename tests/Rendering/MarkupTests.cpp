@@ -4,6 +4,7 @@
 #include "MailCore/Rendering/Markup.h"
 
 #include "MailCore/Platform/Text.h"
+#include "MailCore/Platform/UTF8.h"
 #include "MailCore/Rendering/HTMLEntities.h"
 #include "MailCore/Rendering/MailStyles.h"
 #include "MailCore/Rendering/SafeHTML.h"
