@@ -24,12 +24,7 @@ namespace {
 
 constexpr std::size_t largestValue = 4'096; // bytes
 constexpr int deepestComment = 16;
-constexpr std::size_t displayPatterns = 4;
 constexpr int largestZone = 18 * 3'600; // seconds either way
-
-constexpr bool patternHasSeconds(std::size_t pattern) {
-    return pattern < 2;
-}
 
 /// Whether the code point at `at` joins the character before it.
 bool extendsCharacter(std::string_view text, std::size_t at) {
@@ -185,10 +180,11 @@ std::string formatted(std::string_view text, std::string_view locale) {
     const int magnitude = std::abs(zone->offset);
     const std::string complete = fmt::format("{} {}{:02d}{:02d}", zone->rest, zone->offset < 0 ? '-' : '+',
                                              magnitude / 3'600, magnitude % 3'600 / 60);
-    const std::optional<DateParser::Parsed> parsed = DateParser::parse(complete, displayPatterns);
+    const std::optional<DateParser::Parsed> parsed =
+        DateParser::parse(complete, DateParser::Wanted::forDisplay);
     if (!parsed) return partly;
     const std::optional<std::string> date =
-        written(parsed->seconds, patternHasSeconds(parsed->pattern), zone->offset, locale);
+        written(parsed->seconds, parsed->form->hasSeconds, zone->offset, locale);
     return date ? fmt::format("{} {}", *date, label) : partly;
 }
 
