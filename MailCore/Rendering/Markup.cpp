@@ -1,7 +1,7 @@
 #include "MailCore/Rendering/Markup.h"
 
-#include "MailCore/MIME/HTMLEscape.h"
 #include "MailCore/Platform/ASCII.h"
+#include "MailCore/Platform/HTMLEscape.h"
 #include "MailCore/Platform/Text.h"
 #include "MailCore/Platform/UTF8.h"
 #include "MailCore/Rendering/HTMLEntities.h"
@@ -67,23 +67,6 @@ Reference reference(std::string_view text, std::size_t at) noexcept {
     const std::string_view value = HTMLEntities::named(text.substr(at + 1, end - at - 1));
     if (value.empty()) return none;
     return {end + 1, value, 0};
-}
-
-using SafeHTML::escapes;
-
-constexpr auto isEscaped = [] {
-    std::array<bool, 256> table{};
-    for (std::size_t byte = 0; byte < table.size(); ++byte) table[byte] = !escapes[byte].empty();
-    return table;
-}();
-
-std::size_t nextEscaped(std::string_view text, std::size_t at) noexcept {
-    while (at < text.size() && !isEscaped[static_cast<unsigned char>(text[at])]) ++at;
-    return at;
-}
-
-std::string_view escapeOf(char byte) noexcept {
-    return escapes[static_cast<unsigned char>(byte)];
 }
 
 } // namespace
@@ -205,19 +188,10 @@ void appendDecoded(std::string& out, std::string_view text) {
     out.append(text, copied);
 }
 
-void appendEscaped(std::string& out, std::string_view text) {
-    std::size_t copied = 0;
-    for (std::size_t at = nextEscaped(text, 0); at < text.size(); at = nextEscaped(text, at + 1)) {
-        out.append(text, copied, at - copied);
-        out += escapeOf(text[at]);
-        copied = at + 1;
-    }
-    out.append(text, copied);
-}
-
 void appendDecodedEscaped(std::string& out, std::string_view text) {
     std::size_t copied = 0;
-    for (std::size_t at = nextEscaped(text, 0); at < text.size(); at = nextEscaped(text, copied)) {
+    for (std::size_t at = SafeHTML::nextEscaped(text, 0); at < text.size();
+         at = SafeHTML::nextEscaped(text, copied)) {
         out.append(text, copied, at - copied);
         copied = at + 1;
         if (text[at] == '&') {
@@ -225,11 +199,11 @@ void appendDecodedEscaped(std::string& out, std::string_view text) {
                 copied = found.end;
                 std::string number;
                 if (found.name.empty()) Text::append(number, found.codePoint);
-                appendEscaped(out, found.name.empty() ? number : found.name);
+                SafeHTML::appendEscaped(out, found.name.empty() ? number : found.name);
                 continue;
             }
         }
-        out += escapeOf(text[at]);
+        out += SafeHTML::escapeOf(text[at]);
     }
     out.append(text, copied);
 }

@@ -66,12 +66,22 @@ private:
     bool singleQuoteEnds_ = true;
 };
 
+/// Calls `visit(attribute)` for the first 80 attributes of `tag`, the inside of a tag after its name.
+template <typename Visit>
+void visitAttributes(std::string_view tag, Visit visit) {
+    constexpr int mostAttributes = 80;
+    AttributeScanner scanner(tag);
+    for (int count = 0; count < mostAttributes; ++count) {
+        const std::optional<RawAttribute> found = scanner.next();
+        if (!found) return;
+        visit(*found);
+    }
+}
+
 /// Appends `text` with its character references decoded,
 /// `&(?:#(x[0-9a-fA-F]+|[0-9]+)|([a-zA-Z][a-zA-Z0-9]+));`.
 void appendDecoded(std::string& out, std::string_view text);
-/// Appends `text` escaped for HTML content and double-quoted attribute values.
-void appendEscaped(std::string& out, std::string_view text);
-/// Both at once: decoded, then escaped.
+/// Appends `text` decoded, then escaped for HTML content and double-quoted attribute values.
 void appendDecodedEscaped(std::string& out, std::string_view text);
 
 } // namespace MailCore::Markup

@@ -1,6 +1,7 @@
 #include "MailCore/MIME/Base64.h"
 #include "MailCore/Platform/ASCII.h"
 #include "MailCore/Platform/Characters.h"
+#include "MailCore/Platform/HTMLEscape.h"
 #include "MailCore/Platform/Text.h"
 #include "MailCore/Rendering/ElementAttributes.h"
 #include "MailCore/Rendering/InlineImages.h"
@@ -203,7 +204,7 @@ void Renderer::scan() {
         const std::size_t end = tagEnd(html_, open + 1);
         if (end == npos) {
             const std::size_t rest = body_.size();
-            Markup::appendEscaped(body_, html_.substr(open));
+            appendEscaped(body_, html_.substr(open));
             finish(rest);
             return;
         }
@@ -310,7 +311,7 @@ void Renderer::writeStyle(ElementID id, const ElementAttributes& attributes) {
     const std::size_t valueStart = body_.size();
     scratch_.clear();
     styles_.appendPresentation(scratch_, attributes, elements[id].name);
-    Markup::appendEscaped(body_, scratch_);
+    appendEscaped(body_, scratch_);
     if (const auto text = attributes[AttributeName::style]) {
         const std::size_t presentationEnd = body_.size();
         if (presentationEnd > valueStart) body_ += ';';
@@ -320,7 +321,7 @@ void Renderer::writeStyle(ElementID id, const ElementAttributes& attributes) {
         } else {
             scratch_.clear();
             styles_.appendDeclarations(scratch_, *text);
-            Markup::appendEscaped(body_, scratch_);
+            appendEscaped(body_, scratch_);
             // A text in the document stays; one whose references were decoded is gone with the tag. The
             // attributes of an image may be taken back.
             const bool stays = text->data() >= html_.data() && text->data() < html_.data() + html_.size();
@@ -379,13 +380,13 @@ void Renderer::writeImage(const ElementAttributes& attributes) {
     if (!shown) {
         body_.resize(start);
         body_ += "<span class=\"image-placeholder\">";
-        Markup::appendEscaped(body_, alternative);
+        appendEscaped(body_, alternative);
         body_ += "</span>";
         finish(start);
         return;
     }
     body_ += " alt=\"";
-    Markup::appendEscaped(body_, alternative);
+    appendEscaped(body_, alternative);
     body_.append("\" src=\"data:").append(shown->type).append(";base64,");
     body_.append(Base64::encode(shown->bytes)).append("\">");
     finish(start);
@@ -397,7 +398,7 @@ RenderedMail render(const MailMessage& message) {
     if (!message.html.empty()) return Renderer(message).run();
     RenderedMail result;
     result.body = "<div class=\"plain\">";
-    Markup::appendEscaped(result.body, message.plain);
+    appendEscaped(result.body, message.plain);
     result.body += "</div>";
     return result;
 }

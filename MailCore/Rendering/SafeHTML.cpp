@@ -15,8 +15,7 @@ namespace {
 using Markup::ClosingTags;
 
 constexpr std::size_t searchLimit = 4'194'304; // bytes
-constexpr int mostAttributes = 80;
-constexpr std::uint32_t longestSide = 8'192; // pixels
+constexpr std::uint32_t longestSide = 8'192;   // pixels
 constexpr std::uint64_t mostPixels = 12'000'000;
 constexpr auto npos = std::string_view::npos;
 
@@ -128,13 +127,10 @@ std::string entities(std::string_view text) {
 
 Attributes attributes(std::string_view text) {
     Attributes result;
-    Markup::AttributeScanner scanner(text);
-    for (int count = 0; count < mostAttributes; ++count) {
-        const auto found = scanner.next();
-        if (!found) break;
-        const auto [place, isFirst] = result.try_emplace(Text::lowered(found->name));
-        if (isFirst) Markup::appendDecoded(place->second, found->value);
-    }
+    Markup::visitAttributes(text, [&result](const Markup::RawAttribute& found) {
+        const auto [place, isFirst] = result.try_emplace(Text::lowered(found.name));
+        if (isFirst) Markup::appendDecoded(place->second, found.value);
+    });
     return result;
 }
 

@@ -1,6 +1,5 @@
 #pragma once
 
-#include "MailCore/MIME/HTMLEscape.h"
 #include "MailCore/Model/MailMessage.h"
 #include "MailCore/Rendering/ElementAttributes.h"
 #include "MailCore/Rendering/RenderedMail.h"

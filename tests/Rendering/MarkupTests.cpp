@@ -3,6 +3,7 @@
 
 #include "MailCore/Rendering/Markup.h"
 
+#include "MailCore/Platform/HTMLEscape.h"
 #include "MailCore/Platform/Text.h"
 #include "MailCore/Platform/UTF8.h"
 #include "MailCore/Rendering/HTMLEntities.h"
