@@ -1,6 +1,7 @@
 // An HTML body as it stands, and once more behind a declared charset on its first line.
 #include "MailCore/MIME/MailEncoding.h"
 
+#include "MailCore/MIME/DecodeHTML.h"
 #include "MailCore/Platform/UTF8.h"
 
 #include <algorithm>

@@ -2,6 +2,7 @@
 #include "MailCore/MIME/HeaderText.h"
 
 #include "MailCore/MIME/HeaderScanner.h"
+#include "MailCore/MIME/Parameters.h"
 #include "MailCore/Platform/UTF8.h"
 
 #include <cstdlib>

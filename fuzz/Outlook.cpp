@@ -1,8 +1,8 @@
 // An Outlook message file: valid text within the limits, an attachment list that makes sense, or a refusal.
 #include "MailCore/Outlook/Outlook.h"
+#include "MailCore/MIME/HeaderText.h"
 
 #include "MailCore/Dates/MailDate.h"
-#include "MailCore/MIME/MIME.h"
 #include "MailCore/Model/Limits.h"
 #include "MailCore/Model/MailError.h"
 #include "MailCore/Platform/UTF8.h"

@@ -1,6 +1,5 @@
 #include "MailCore/MIME/HTMLCharset.h"
 
-#include "MailCore/MIME/MailEncoding.h"
 #include "MailCore/Platform/ASCII.h"
 #include "MailCore/Platform/Text.h"
 #include "MailCore/Platform/UTF8.h"
@@ -14,7 +13,6 @@ namespace MailCore::MIME {
 
 namespace {
 
-constexpr std::size_t sniffedBytes = 8'192;
 constexpr std::size_t tagCharacters = 1'024;
 constexpr auto nowhere = std::numeric_limits<std::size_t>::max();
 
@@ -122,16 +120,6 @@ private:
 
 std::optional<std::string> sniffedCharset(std::string_view text) {
     return MetaScanner(text).label();
-}
-
-std::string decodeHTML(ByteView bytes, const std::optional<std::string>& charset) {
-    const std::string_view marked = charsOf(bytes);
-    if (marked.starts_with("\xFF\xFE")) return decode(bytes.subspan(2), "utf-16le");
-    if (marked.starts_with("\xFE\xFF")) return decode(bytes.subspan(2), "utf-16be");
-    if (marked.starts_with("\xEF\xBB\xBF")) return decode(bytes.subspan(3), "utf-8");
-    if (charset && !Text::trimmed(*charset).empty()) return decode(bytes, *charset);
-    const std::string start = Text::repaired(bytes.first(std::min(bytes.size(), sniffedBytes)));
-    return decode(bytes, sniffedCharset(start).value_or("utf-8"));
 }
 
 } // namespace MailCore::MIME

@@ -3,6 +3,7 @@
 #include "MailCore/MIME/Base64.h"
 #include "MailCore/MIME/HeaderScanner.h"
 #include "MailCore/MIME/MailEncoding.h"
+#include "MailCore/MIME/QuotedPrintable.h"
 #include "MailCore/Model/Limits.h"
 #include "MailCore/Platform/Text.h"
 #include "MailCore/Platform/UTF8.h"

@@ -1,10 +1,15 @@
 #include "MailCore/MIME/MIME.h"
 
 #include "MailCore/MIME/Base64.h"
-#include "MailCore/MIME/HTMLEscape.h"
+#include "MailCore/MIME/DecodeHTML.h"
+#include "MailCore/MIME/HeaderText.h"
+#include "MailCore/MIME/MailEncoding.h"
+#include "MailCore/MIME/Parameters.h"
+#include "MailCore/MIME/QuotedPrintable.h"
 #include "MailCore/Model/Limits.h"
 #include "MailCore/Model/MailError.h"
 #include "MailCore/Platform/BytePair.h"
+#include "MailCore/Platform/HTMLEscape.h"
 #include "MailCore/Platform/Text.h"
 #include "MailCore/Platform/UTF8.h"
 

@@ -1,3 +1,5 @@
+#include "MailCore/MIME/Parameters.h"
+
 #include "MailCore/MIME/HeaderScanner.h"
 #include "MailCore/MIME/HeaderText.h"
 #include "MailCore/MIME/MailEncoding.h"

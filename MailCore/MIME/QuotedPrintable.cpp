@@ -1,4 +1,5 @@
-#include "MailCore/MIME/MailEncoding.h"
+#include "MailCore/MIME/QuotedPrintable.h"
+
 #include "MailCore/Platform/ASCII.h"
 
 #include <algorithm>

@@ -2,7 +2,10 @@
 
 #include "MailCore/Dates/DateNames.h"
 #include "MailCore/Dates/MailDate.h"
+#include "MailCore/MIME/DecodeHTML.h"
+#include "MailCore/MIME/HeaderText.h"
 #include "MailCore/MIME/MIME.h"
+#include "MailCore/MIME/MailEncoding.h"
 #include "MailCore/Model/Limits.h"
 #include "MailCore/Model/MailError.h"
 #include "MailCore/Model/SafeFilename.h"
