@@ -23,8 +23,8 @@ namespace MailCore::MailDate {
 namespace {
 
 constexpr std::size_t largestValue = 4'096; // bytes
-constexpr int deepestComment = 16;
-constexpr int largestZone = 18 * 3'600; // seconds either way
+constexpr int mostCommentLevels = 16;
+constexpr int mostZoneSeconds = 18 * 3'600; // seconds either way
 
 /// Whether the code point at `at` joins the character before it.
 bool extendsCharacter(std::string_view text, std::size_t at) {
@@ -133,7 +133,7 @@ std::optional<std::string> withoutComments(std::string_view text) {
         } else if (depth > 0 && codePoint == '\\' && stands) {
             escaped = true;
         } else if (codePoint == '(' && stands) {
-            if (++depth > deepestComment) return std::nullopt;
+            if (++depth > mostCommentLevels) return std::nullopt;
             if (depth == 1) result += ' ';
         } else if (codePoint == ')' && stands) {
             if (--depth < 0) return std::nullopt;
@@ -176,7 +176,7 @@ std::string formatted(std::string_view text, std::string_view locale) {
     if (!zone) return unchanged;
     const std::string label = zoneLabel(zone->offset);
     const std::string partly = fmt::format("{} {}", zone->rest, label);
-    if (std::abs(zone->offset) > largestZone) return partly;
+    if (std::abs(zone->offset) > mostZoneSeconds) return partly;
     const int magnitude = std::abs(zone->offset);
     const std::string complete = fmt::format("{} {}{:02d}{:02d}", zone->rest, zone->offset < 0 ? '-' : '+',
                                              magnitude / 3'600, magnitude % 3'600 / 60);

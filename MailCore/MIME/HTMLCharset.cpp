@@ -13,7 +13,7 @@ namespace MailCore::MIME {
 
 namespace {
 
-constexpr std::size_t tagCharacters = 1'024;
+constexpr std::size_t mostTagCharacters = 1'024;
 constexpr auto nowhere = std::numeric_limits<std::size_t>::max();
 
 constexpr char32_t longS = 0x17F;       // its upper case is S
@@ -38,7 +38,7 @@ public:
             if (characters_[at] != '<' || !matches(at + 1, U"meta") || !isWordBoundary(at + 5)) continue;
             const std::size_t start = at + 5;
             if (tagEnd < start) tagEnd = std::min(characters_.find(U'>', start), characters_.size());
-            const std::size_t reach = std::min(start + tagCharacters, tagEnd);
+            const std::size_t reach = std::min(start + mostTagCharacters, tagEnd);
             for (; seen <= reach; ++seen) {
                 const std::size_t found = labelOf(seen);
                 if (found == nowhere) continue;

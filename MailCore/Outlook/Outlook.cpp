@@ -25,7 +25,7 @@ namespace MailCore::Outlook {
 namespace {
 
 constexpr std::int64_t largestSum = 3 * Limits::message; // bytes of all texts and contents read
-constexpr int deepestMessage = 8;
+constexpr int mostMessageLevels = 8;
 constexpr std::uint64_t year10000 = 2'650'467'744'000'000'000; // FILETIME
 
 // Bytes before the records of a property stream (MS-OXMSG §2.4.1).
@@ -261,7 +261,7 @@ MailMessage parse(ByteView data) {
 MailMessage message(const Compound& compound, const std::string& prefix,
                     const std::optional<std::string>& inheritedCharset, int depth, std::int64_t& budget,
                     int& parts) {
-    if (depth > deepestMessage) throw MailError(MailError::tooMany);
+    if (depth > mostMessageLevels) throw MailError(MailError::tooMany);
     return MessageReader(compound, prefix, inheritedCharset, depth, budget, parts).message();
 }
 

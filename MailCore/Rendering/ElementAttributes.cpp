@@ -20,11 +20,11 @@ static_assert(names.size() == static_cast<std::size_t>(AttributeName::count));
 static_assert(std::ranges::is_sorted(names));
 
 constexpr NameTable<names.size()> nameTable([](std::size_t index) { return names[index]; });
-constexpr std::size_t longestName = std::ranges::max_element(names, {}, &std::string_view::size)->size();
+constexpr std::size_t largestName = std::ranges::max_element(names, {}, &std::string_view::size)->size();
 
 /// The place in `names` of a name in any case.
 std::optional<std::size_t> indexOf(std::string_view name) noexcept {
-    std::array<char, longestName> buffer{};
+    std::array<char, largestName> buffer{};
     if (name.size() > buffer.size()) return std::nullopt;
     std::ranges::transform(name, buffer.begin(), ASCII::lowered);
     const std::string_view lowered(buffer.data(), name.size());

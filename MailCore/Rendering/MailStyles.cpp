@@ -21,14 +21,14 @@ using StyleValues::trimmedOfBlanks;
 
 constexpr auto npos = std::string_view::npos;
 
-constexpr std::size_t sheetLimit = 131'072;
-constexpr std::size_t rulesLimit = 512;
-constexpr std::size_t ruleBytesLimit = 131'072;
-constexpr int depthLimit = 4;
-constexpr std::size_t selectorsLimit = 16;
-constexpr std::size_t blockLimit = 16'384;
-constexpr std::size_t declarationsLimit = 100;
-constexpr std::size_t valueLimit = 512;
+constexpr std::size_t largestSheet = 131'072;
+constexpr std::size_t mostRules = 512;
+constexpr std::size_t largestRules = 131'072;
+constexpr int mostLevels = 4;
+constexpr std::size_t mostSelectors = 16;
+constexpr std::size_t largestBlock = 16'384;
+constexpr std::size_t mostDeclarations = 100;
+constexpr std::size_t largestValue = 512;
 
 /// `(?s)/\*.*?\*/` removed.
 std::string withoutComments(std::string_view css) {
@@ -90,11 +90,11 @@ std::optional<std::string> textIf(bool accepted, std::string&& text) {
 } // namespace
 
 void MailStyles::addStylesheet(std::string_view css, int depth) {
-    if (depth >= depthLimit || css.size() > sheetLimit || rules_.size() >= rulesLimit) return;
+    if (depth >= mostLevels || css.size() > largestSheet || rules_.size() >= mostRules) return;
     const std::string text = withoutComments(css);
     css = text;
     std::size_t at = 0;
-    while (rules_.size() < rulesLimit && ruleBytes_ < ruleBytesLimit) {
+    while (rules_.size() < mostRules && ruleBytes_ < largestRules) {
         const std::size_t open = css.find('{', at);
         if (open == npos) break;
         const std::size_t close = closingBrace(css, open + 1);
@@ -126,7 +126,7 @@ void MailStyles::addMediaRule(std::string_view prelude, std::string_view block, 
 void MailStyles::addRule(std::string_view prelude, std::string_view block) {
     std::string rule;
     Pieces pieces(prelude, ',');
-    for (std::size_t count = 0; count < selectorsLimit; ++count) {
+    for (std::size_t count = 0; count < mostSelectors; ++count) {
         const auto piece = pieces.next();
         if (!piece) break;
         const auto scoped = StyleSelectors::scoped(*piece);
@@ -140,16 +140,16 @@ void MailStyles::addRule(std::string_view prelude, std::string_view block) {
     appendDeclarations(rule, block); // also when nothing is selected: its colours are numbered all the same
     if (!selects || rule.size() == start) return;
     rule += '}';
-    if (rule.size() > ruleBytesLimit - ruleBytes_) return;
+    if (rule.size() > largestRules - ruleBytes_) return;
     ruleBytes_ += rule.size();
     rules_.push_back(std::move(rule));
 }
 
 void MailStyles::appendDeclarations(std::string& out, std::string_view text) {
-    if (text.size() > blockLimit || text.find_first_of("\\<") != npos || text.find("/*") != npos) return;
+    if (text.size() > largestBlock || text.find_first_of("\\<") != npos || text.find("/*") != npos) return;
     const std::size_t start = out.size();
     Pieces pieces(text, ';');
-    for (std::size_t count = 0; count < declarationsLimit; ++count) {
+    for (std::size_t count = 0; count < mostDeclarations; ++count) {
         const auto piece = pieces.next();
         if (!piece) break;
         const std::size_t colon = piece->find(':');
@@ -163,7 +163,7 @@ void MailStyles::appendDeclarations(std::string& out, std::string_view text) {
             value.size() >= importantMark.size() &&
             Text::equalsIgnoringCase(value.substr(value.size() - importantMark.size()), importantMark);
         if (important) value = trimmedOfBlanks(value.substr(0, value.size() - importantMark.size()));
-        if (value.size() > valueLimit) continue;
+        if (value.size() > largestValue) continue;
 
         const std::size_t before = out.size();
         appendSeparator(out, start);

@@ -15,7 +15,7 @@ namespace MailCore::SafeHTML {
 namespace {
 
 constexpr auto npos = std::string_view::npos;
-constexpr std::size_t deepestQuote = 8; // marks before a line; more say nothing more
+constexpr std::size_t mostQuoteMarks = 8; // marks before a line; more say nothing more
 
 enum class Layout : std::uint8_t {
     block,        // begins and ends a line
@@ -135,7 +135,7 @@ private:
         breaks_ = 0;
         cell_ = space_ = false;
     }
-    std::string quoteMark() const { return std::string(std::min(quotes_, deepestQuote), '>'); }
+    std::string quoteMark() const { return std::string(std::min(quotes_, mostQuoteMarks), '>'); }
 
     std::string text_;
     int breaks_ = 0;     // line ends owed before what comes next

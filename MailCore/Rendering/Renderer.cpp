@@ -21,12 +21,12 @@ namespace {
 
 using Markup::ClosingTags;
 
-constexpr std::size_t inputLimit = 4'194'304;  // characters
-constexpr std::size_t outputLimit = 8'388'608; // bytes
-constexpr int tagsLimit = 50'000;
-constexpr std::size_t openLimit = 100;
-constexpr int classesLimit = 24;
-constexpr std::size_t classLimit = 100; // bytes
+constexpr std::size_t mostCharacters = 4'194'304;  // characters
+constexpr std::size_t largestBody = 8'388'608; // bytes
+constexpr int mostTags = 50'000;
+constexpr std::size_t mostOpen = 100;
+constexpr int mostClasses = 24;
+constexpr std::size_t largestClass = 100; // bytes
 constexpr auto npos = std::string_view::npos;
 
 enum class Role : std::uint8_t {
@@ -79,7 +79,7 @@ static_assert(std::ranges::count(elements, Role::kept, &Element::role) +
 
 using ElementID = std::uint8_t; // a place in `elements`
 
-constexpr std::size_t longestName =
+constexpr std::size_t largestName =
     std::ranges::max(elements, {}, [](const Element& element) { return element.name.size(); }).name.size();
 
 constexpr NameTable<elements.size()> elementTable([](std::size_t index) { return elements[index].name; });
@@ -98,7 +98,7 @@ std::string_view writtenName(ElementID id) noexcept {
 
 /// The element with this name in any case, nothing when rendering knows none.
 std::optional<ElementID> elementNamed(std::string_view name) noexcept {
-    std::array<char, longestName> buffer{};
+    std::array<char, largestName> buffer{};
     if (name.empty() || name.size() > buffer.size()) return std::nullopt;
     std::ranges::transform(name, buffer.begin(), ASCII::lowered);
     const std::string_view lowered(buffer.data(), name.size());
@@ -131,8 +131,8 @@ std::size_t tagEnd(std::string_view html, std::size_t at) noexcept {
 class Renderer {
 public:
     explicit Renderer(const MailMessage& message)
-        : html_(Text::prefix(message.html, inputLimit)), images_(message) {
-        body_.reserve(std::min(html_.size() + html_.size() / 4, outputLimit));
+        : html_(Text::prefix(message.html, mostCharacters)), images_(message) {
+        body_.reserve(std::min(html_.size() + html_.size() / 4, largestBody));
     }
 
     RenderedMail run() {
@@ -166,7 +166,7 @@ private:
 
     /// Ends the piece that began at `start`; false when it was taken back because it is too long.
     bool finish(std::size_t start) {
-        if (body_.size() <= outputLimit) return true;
+        if (body_.size() <= largestBody) return true;
         body_.resize(start);
         complete_ = false;
         return false;
@@ -189,7 +189,7 @@ private:
 };
 
 void Renderer::scan() {
-    while (at_ < html_.size() && tags_ < tagsLimit && body_.size() < outputLimit) {
+    while (at_ < html_.size() && tags_ < mostTags && body_.size() < largestBody) {
         const std::size_t open = std::min(html_.find('<', at_), html_.size());
         const std::size_t start = body_.size();
         Markup::appendDecodedEscaped(body_, html_.substr(at_, open - at_));
@@ -222,7 +222,7 @@ bool Renderer::tag(std::string_view inside) {
         return true;
     }
     if (const auto* seen = complete_ ? seenTags_.find(inside) : nullptr) {
-        if (open_.size() >= openLimit) return true;
+        if (open_.size() >= mostOpen) return true;
         const std::size_t start = body_.size();
         body_.append(body_, seen->start, seen->length);
         finish(start);
@@ -234,7 +234,7 @@ bool Renderer::tag(std::string_view inside) {
     if (!id) return true;
     const Role role = elements[*id].role;
     if (role == Role::removed || role == Role::ending) return removedElement(*id) || role == Role::removed;
-    if (open_.size() < openLimit) openingTag(*id, inside, inside.substr(length));
+    if (open_.size() < mostOpen) openingTag(*id, inside, inside.substr(length));
     return true;
 }
 
@@ -339,12 +339,12 @@ void Renderer::writeStyle(ElementID id, const ElementAttributes& attributes) {
 void Renderer::writeClasses(std::string_view classes) {
     const std::size_t start = body_.size();
     std::size_t at = Markup::skipSpaces(classes, 0);
-    for (int count = 0; count < classesLimit && at < classes.size(); ++count) {
+    for (int count = 0; count < mostClasses && at < classes.size(); ++count) {
         const std::size_t wordStart = at;
         while (at < classes.size() && Markup::spaceAt(classes, at) == 0) ++at;
         const std::string_view word = classes.substr(wordStart, at - wordStart);
         at = Markup::skipSpaces(classes, at);
-        if (word.size() > classLimit || Markup::identifierLength(word) != word.size()) continue;
+        if (word.size() > largestClass || Markup::identifierLength(word) != word.size()) continue;
         body_ += body_.size() == start ? " class=\"m-" : " m-";
         body_ += word;
     }

@@ -14,8 +14,8 @@ namespace {
 
 using Markup::ClosingTags;
 
-constexpr std::size_t searchLimit = 4'194'304; // bytes
-constexpr std::uint32_t longestSide = 8'192;   // pixels
+constexpr std::size_t largestSearched = 4'194'304; // bytes
+constexpr std::uint32_t mostPixelsPerSide = 8'192;   // pixels
 constexpr std::uint64_t mostPixels = 12'000'000;
 constexpr auto npos = std::string_view::npos;
 
@@ -114,8 +114,8 @@ std::string textOf(std::string_view html) {
 } // namespace
 
 std::string searchableText(std::string_view html) {
-    if (html.size() <= searchLimit) return textOf(html);
-    return textOf(Text::repaired(bytesOf(html.substr(0, searchLimit))));
+    if (html.size() <= largestSearched) return textOf(html);
+    return textOf(Text::repaired(bytesOf(html.substr(0, largestSearched))));
 }
 
 std::string entities(std::string_view text) {
@@ -145,8 +145,8 @@ std::optional<std::string_view> rasterType(ByteView data) noexcept {
 bool safeRaster(ByteView data) noexcept {
     const auto header = imageHeader(data);
     if (!header || header->frames != 1) return false;
-    if (header->width < 1 || header->width > longestSide) return false;
-    if (header->height < 1 || header->height > longestSide) return false;
+    if (header->width < 1 || header->width > mostPixelsPerSide) return false;
+    if (header->height < 1 || header->height > mostPixelsPerSide) return false;
     return std::uint64_t{header->width} * header->height <= mostPixels;
 }
 

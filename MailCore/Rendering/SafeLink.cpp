@@ -16,7 +16,7 @@ namespace MailCore::SafeHTML {
 
 namespace {
 
-constexpr std::size_t longestLink = 8'192;
+constexpr std::size_t largestLink = 8'192;
 constexpr auto npos = std::string_view::npos;
 
 constexpr auto schemes = std::to_array<std::string_view>({"http", "https", "mailto", "sms", "tel"});
@@ -95,7 +95,7 @@ void appendEncoded(std::string& out, std::string_view text) {
 
 std::optional<std::string> safeLink(std::string_view value) {
     const auto isControl = [](char byte) { return static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F; };
-    if (value.empty() || value.size() > longestLink || std::ranges::any_of(value, isControl))
+    if (value.empty() || value.size() > largestLink || std::ranges::any_of(value, isControl))
         return std::nullopt;
     const std::string scheme = schemeOf(value);
     if (std::ranges::find(schemes, scheme) == schemes.end()) return std::nullopt;

@@ -19,7 +19,7 @@ namespace MailCore {
 namespace {
 
 constexpr auto npos = std::string_view::npos;
-constexpr std::size_t colorsLimit = 1'024;
+constexpr std::size_t mostColors = 1'024;
 constexpr std::array<std::string_view, 3> colorWords{"transparent", "currentcolor", "inherit"};
 
 struct NamedColor {
@@ -142,7 +142,7 @@ bool StyleColors::append(std::string& out, std::string_view value, bool backgrou
     std::string key = written(*parsed);
     key += background ? 'b' : 'f';
     const auto known = ids_.find(key);
-    if (known == ids_.end() && colors_.size() >= colorsLimit) {
+    if (known == ids_.end() && colors_.size() >= mostColors) {
         out += background ? "var(--paper)" : "var(--ink)";
         return true;
     }

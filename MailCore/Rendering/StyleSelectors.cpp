@@ -8,14 +8,14 @@ namespace MailCore::StyleSelectors {
 
 namespace {
 
-constexpr std::size_t selectorLimit = 300;
+constexpr std::size_t largestSelector = 300;
 constexpr std::string_view scope = ".mail-content";
 
 } // namespace
 
 std::optional<std::string> scoped(std::string_view text) {
     text = Text::trimmed(text);
-    if (text.empty() || text.size() > selectorLimit) return std::nullopt;
+    if (text.empty() || text.size() > largestSelector) return std::nullopt;
     std::string prefixed;
     for (std::size_t at = 0; at < text.size(); ++at) {
         const char byte = text[at];

@@ -17,11 +17,11 @@ using ASCII::isDigit;
 
 constexpr auto npos = std::string_view::npos;
 
-constexpr std::size_t familiesLimit = 8;
-constexpr std::size_t familyLimit = 80;
-constexpr std::size_t identifierLimit = 100;
-constexpr double longestLength = 4'096;
-constexpr double shortestNegative = -100;
+constexpr std::size_t mostFamilies = 8;
+constexpr std::size_t largestFamily = 80;
+constexpr std::size_t largestIdentifier = 100;
+constexpr double mostUnits = 4'096;
+constexpr double leastUnits = -100;
 
 constexpr std::array<std::string_view, 8> fontSizes{"small",   "medium",   "large",   "x-small",
                                                     "x-large", "xx-large", "smaller", "larger"};
@@ -44,7 +44,7 @@ std::size_t numberPrefix(std::string_view text) noexcept {
 
 /// Letters, digits, spaces, hyphens and underscores only.
 bool isFamily(std::string_view text) noexcept {
-    if (text.empty() || text.size() > familyLimit) return false;
+    if (text.empty() || text.size() > largestFamily) return false;
     for (std::size_t at = 0; at < text.size();) {
         if (isASCII(text[at])) {
             const char byte = text[at++];
@@ -86,7 +86,7 @@ bool isLength(std::string_view text, bool negative) noexcept {
     if (!contains(lengthUnits, unit) && !contains(lengthUnits, Markup::withoutFinalLineEnd(unit)))
         return false;
     const auto value = number(text.substr(0, end));
-    return value && *value >= (negative ? shortestNegative : 0) && *value <= longestLength;
+    return value && *value >= (negative ? leastUnits : 0) && *value <= mostUnits;
 }
 
 bool isWidth(std::string_view text) noexcept {
@@ -94,7 +94,7 @@ bool isWidth(std::string_view text) noexcept {
 }
 
 bool isIdentifier(std::string_view text) noexcept {
-    if (text.size() > identifierLimit) return false;
+    if (text.size() > largestIdentifier) return false;
     const std::size_t length = Markup::identifierLength(text);
     return length > 0 && (length == text.size() || length == Markup::withoutFinalLineEnd(text).size());
 }
@@ -115,7 +115,7 @@ bool appendLength(std::string& out, std::string_view value, bool negative) {
 bool appendFamilies(std::string& out, std::string_view value) {
     Pieces pieces(value, ',');
     bool kept = false;
-    for (std::size_t count = 0; count < familiesLimit; ++count) {
+    for (std::size_t count = 0; count < mostFamilies; ++count) {
         const auto piece = pieces.next();
         if (!piece) break;
         const std::string_view family = Text::trimmed(*piece, " \t\"'");

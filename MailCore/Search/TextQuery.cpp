@@ -23,7 +23,7 @@ using CaseFolding::Variant;
 namespace {
 
 constexpr std::size_t mostVariants = 24;
-constexpr std::size_t longQuery = 256; // elements
+constexpr std::size_t mostElementsCompared = 256; // elements
 
 /// The elements as composed text (NFC).
 std::u32string composed(const Elements& elements) {
@@ -127,7 +127,7 @@ void TextQuery::prepareVariants(std::u32string_view plain) {
     std::u32string found;
     for (const Variant& variant : CaseFolding::variants()) {
         if (!mayBePart(variant.elements, values)) continue;
-        if (folded_.size() <= longQuery && !mayBePart(variant.elements, folded_)) continue;
+        if (folded_.size() <= mostElementsCompared && !mayBePart(variant.elements, folded_)) continue;
         const bool isMark = variant.elements.front().combiningClass() != 0;
         if (isMark || !std::ranges::binary_search(inPlain, variant.codePoint)) found += variant.codePoint;
     }
