@@ -51,9 +51,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     check(MIME::percentBytes(value).size() <= value.size());
     const MIME::Parameters parameters = MIME::parameters(value);
     check(parameters.size() <= 256);
-    for (const auto& [key, found] : parameters) {
+    for (const auto& [key, found] : parameters)
         check(!key.empty() && Text::isValid(bytesOf(found)) && MIME::parameter(key, value) == found);
-    }
     const Header headers[] = {{"Content-Disposition", text}};
     const std::string name = MIME::filename(headers);
     check(Text::isValid(bytesOf(name)) && name.find_first_of("/\\\n") == std::string::npos &&

@@ -94,15 +94,14 @@ private:
         return at;
     }
 
-    /// Where the label of the "charset=" at `at` begins, `nowhere` when there is no such thing at `at`.
+    /// The start of the label of the "charset=" at `at`; `nowhere` when there is no such thing.
     std::size_t labelOf(std::size_t at) const {
         if (!matches(at, U"charset") || !isWordBoundary(at)) return nowhere;
         at = afterWhitespace(at + 7);
         if (at >= characters_.size() || characters_[at] != '=') return nowhere;
         at = afterWhitespace(at + 1);
-        if (at < characters_.size() && (characters_[at] == '"' || characters_[at] == '\'')) {
+        if (at < characters_.size() && (characters_[at] == '"' || characters_[at] == '\''))
             at = afterWhitespace(at + 1);
-        }
         return at < characters_.size() && isLabelCharacter(characters_[at]) ? at : nowhere;
     }
 

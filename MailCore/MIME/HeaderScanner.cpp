@@ -8,8 +8,8 @@ namespace MailCore::MIME {
 
 namespace {
 
-/// Where the first `stop`, an ASCII character, or white space stands from `at` on; the end of `text` when
-/// neither does.
+/// The first `stop`, an ASCII character, or white space at or after `at`; the end of `text` when there is
+/// neither.
 std::size_t endOfWord(std::string_view text, std::size_t at, char stop) noexcept {
     while (at < text.size()) {
         if (text[at] == stop) break;
@@ -57,9 +57,8 @@ std::optional<ScannedParameter> parameterAt(std::string_view text, std::size_t a
     const std::size_t start = afterWhitespace(text, equals + 1);
     if (start == text.size()) return std::nullopt;
     if (text[start] == '"') {
-        if (const auto quote = closingQuote(text, start + 1)) {
+        if (const auto quote = closingQuote(text, start + 1))
             return ScannedParameter{key, text.substr(start + 1, *quote - start - 1), *quote + 1};
-        }
     }
     const std::size_t end = endOfWord(text, start, ';');
     if (end == start) return std::nullopt;

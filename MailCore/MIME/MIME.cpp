@@ -247,7 +247,7 @@ void addLeaf(const Description& leaf, ByteView body, MailMessage& message, Wante
 
 enum class Delimiter { none, between, closing };
 
-/// What kind of delimiter line `line`, line end included, is (RFC 2046 §5.1.1).
+/// The kind of delimiter line that `line` is, its line end included (RFC 2046 §5.1.1).
 Delimiter delimiterKind(std::string_view line, std::string_view delimiter) noexcept {
     if (!line.starts_with(delimiter)) return Delimiter::none;
     const std::string_view rest = line.substr(delimiter.size());

@@ -63,9 +63,8 @@ std::optional<std::string> nameIn(std::string_view value) {
     const Parameters map = parameters(value);
     for (const std::string_view base : nameKeys) {
         if (auto name = continuedName(base, map)) return name;
-        if (const auto found = map.find(std::string(base) + '*'); found != map.end()) {
+        if (const auto found = map.find(std::string(base) + '*'); found != map.end())
             return extendedParameter(found->second);
-        }
     }
     for (const std::string_view base : nameKeys) {
         if (const auto found = map.find(base); found != map.end()) return headerText(found->second);

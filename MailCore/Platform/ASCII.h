@@ -11,7 +11,7 @@ constexpr bool isASCII(char byte) noexcept {
     return static_cast<unsigned char>(byte) < 0x80;
 }
 
-/// How many bytes `text` begins with that are ASCII.
+/// The number of ASCII bytes at the start of `text`.
 inline std::size_t asciiRun(std::string_view text) noexcept {
     std::size_t at = 0;
     while (text.size() - at >= 8) {

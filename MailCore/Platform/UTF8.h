@@ -22,7 +22,7 @@ bool isValid(ByteView bytes) noexcept;
 constexpr bool isContinuation(char byte) noexcept {
     return (static_cast<unsigned char>(byte) & 0xC0) == 0x80;
 }
-/// The start of the code point whose sequence `at`, a place inside `text`, belongs to.
+/// The start of the code point that the byte at `at` belongs to.
 constexpr std::size_t codePointStart(std::string_view text, std::size_t at) noexcept {
     while (at > 0 && isContinuation(text[at])) --at;
     return at;

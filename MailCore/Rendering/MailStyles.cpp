@@ -45,7 +45,7 @@ std::string withoutComments(std::string_view css) {
     return kept;
 }
 
-/// Where the brace that closes the one before `at` stands; npos when none does.
+/// The place of the brace that closes the one before `at`; npos when there is none.
 std::size_t closingBrace(std::string_view css, std::size_t at) noexcept {
     std::size_t open = 1;
     for (; at < css.size(); ++at) {

@@ -176,10 +176,11 @@ private:
         if (text.empty() || (!open_.empty() && open_.back().hidden)) return;
         scratch_.clear();
         Markup::appendDecoded(scratch_, text);
-        if (!open_.empty() && open_.back().written)
+        if (!open_.empty() && open_.back().written) {
             lines_.addWritten(scratch_);
-        else
+        } else {
             lines_.addFlowing(scratch_);
+        }
     }
 
     void tag(std::string_view inside) {

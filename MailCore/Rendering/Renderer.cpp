@@ -21,8 +21,8 @@ namespace {
 
 using Markup::ClosingTags;
 
-constexpr std::size_t mostCharacters = 4'194'304;  // characters
-constexpr std::size_t largestBody = 8'388'608; // bytes
+constexpr std::size_t mostCharacters = 4'194'304; // characters
+constexpr std::size_t largestBody = 8'388'608;    // bytes
 constexpr int mostTags = 50'000;
 constexpr std::size_t mostOpen = 100;
 constexpr int mostClasses = 24;
@@ -113,7 +113,7 @@ std::size_t nameLength(std::string_view tag) noexcept {
     return length;
 }
 
-/// Where the tag that begins before `at` ends, past quoted runs; npos when it does not.
+/// The end of the tag that begins before `at`, past quoted runs; npos when there is none.
 std::size_t tagEnd(std::string_view html, std::size_t at) noexcept {
     while (at < html.size()) {
         const char byte = html[at];

@@ -15,7 +15,7 @@ namespace {
 using Markup::ClosingTags;
 
 constexpr std::size_t largestSearched = 4'194'304; // bytes
-constexpr std::uint32_t mostPixelsPerSide = 8'192;   // pixels
+constexpr std::uint32_t mostPixelsPerSide = 8'192; // pixels
 constexpr std::uint64_t mostPixels = 12'000'000;
 constexpr auto npos = std::string_view::npos;
 
@@ -71,8 +71,8 @@ private:
     bool inTag_ = false;
 };
 
-/// Where `(?is)<(script|style|head)\b[^>]*>.*?</\1\s*>` ends when it begins at `at`, where "<" stands, with
-/// the one name that `closing` looks for; 0 when it does not match. A ">" follows somewhere.
+/// The end of the match of `(?is)<(script|style|head)\b[^>]*>.*?</\1\s*>` at `at`, where "<" stands, with the
+/// one name that `closing` looks for; 0 when there is none. A ">" follows somewhere.
 std::size_t unsearchedEnd(std::string_view html, std::size_t at, ClosingTags& closing) noexcept {
     if (closing.exhausted()) return 0; // so that at most one search for ">" is in vain
     const auto nameEnd = Markup::foldedName(html, at + 1, closing.name());

@@ -20,7 +20,7 @@ constexpr auto npos = std::string_view::npos;
 constexpr std::size_t mostFamilies = 8;
 constexpr std::size_t largestFamily = 80;
 constexpr std::size_t largestIdentifier = 100;
-constexpr double mostUnits = 4'096;
+constexpr double mostUnits = 4'096; // of a length
 constexpr double leastUnits = -100;
 
 constexpr std::array<std::string_view, 8> fontSizes{"small",   "medium",   "large",   "x-small",

@@ -54,9 +54,8 @@ Elements computed(char32_t codePoint) {
         }
         icu::UnicodeString letters(character);
         letters.foldCase();
-        for (int32_t letter = 0; letter < letters.length(); letter = letters.moveIndex32(letter, 1)) {
+        for (int32_t letter = 0; letter < letters.length(); letter = letters.moveIndex32(letter, 1))
             result.emplace_back(static_cast<char32_t>(letters.char32At(letter)), combiningClass, letter == 0);
-        }
     }
     return result;
 }

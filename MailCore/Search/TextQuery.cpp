@@ -23,7 +23,7 @@ using CaseFolding::Variant;
 namespace {
 
 constexpr std::size_t mostVariants = 24;
-constexpr std::size_t mostElementsCompared = 256; // elements
+constexpr std::size_t mostElementsCompared = 256; // of longer queries only their letters are looked at
 
 /// The elements as composed text (NFC).
 std::u32string composed(const Elements& elements) {

@@ -8,7 +8,6 @@ namespace MailCore::MailReader {
 
 namespace {
 
-// In characters.
 constexpr std::size_t mostSubjectCharacters = 1'024;
 constexpr std::size_t mostSenderCharacters = 1'024;
 constexpr std::size_t mostDateCharacters = 256;

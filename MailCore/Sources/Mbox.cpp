@@ -39,7 +39,7 @@ std::optional<std::uint64_t> unsignedInteger(std::string_view text) {
     return value;
 }
 
-/// Where the body that the message declares ends; 0 when it declares none that fits the file.
+/// The end of the body that the message declares; 0 when it declares none that fits the file.
 ByteOffset declaredEnd(const HeaderBlock& block, std::uint64_t fileSize) {
     const Header* only = nullptr;
     for (const Header& field : block.fields) {
