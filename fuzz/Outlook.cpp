@@ -1,6 +1,6 @@
 // An Outlook message file: valid text within the limits, an attachment list that makes sense, or a refusal.
-#include "MailCore/MIME/HeaderText.h"
 #include "MailCore/Outlook/Outlook.h"
+#include "MailCore/MIME/HeaderText.h"
 
 #include "MailCore/Dates/MailDate.h"
 #include "MailCore/Model/Limits.h"

@@ -15,7 +15,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const std::string path = std::string("/").append(bytes);
     const URL file = URL::file(path);
     const auto again = URL::parse(file.text());
-    check(again && *again == file && again->path() == file.path() && isASCII(file.text()));
+    check(again && *again == file && isASCII(file.text()));
+    if (path.find("/.") == std::string::npos) check(again->path() == file.path()); // parsing follows dots
     if (!path.ends_with('/')) check(file.path() == path);
     checkText(file.lastPathComponent());
     check(isInside(pathExtension(bytes), bytes) || pathExtension(bytes).empty());

@@ -1,8 +1,8 @@
 // Bytes read as UTF-8: what is repaired is what ICU makes of them, and code points are read and written
 // alike.
 
-#include "MailCore/Platform/ASCII.h"
 #include "MailCore/Platform/UTF8.h"
+#include "MailCore/Platform/ASCII.h"
 #include "fuzz/Support.h"
 
 #include <unicode/unistr.h>
