@@ -2,7 +2,6 @@
 #include "TesselMail/Model/CapturedMailLink.h"
 
 #include "MailCore/Platform/UTF8.h"
-
 #include "fuzz/Support.h"
 
 using namespace MailCore;

@@ -2,7 +2,6 @@
 #include "MailCore/Search/CaseFolding.h"
 
 #include "MailCore/Platform/ASCII.h"
-
 #include "fuzz/Support.h"
 
 #include <unicode/normalizer2.h>

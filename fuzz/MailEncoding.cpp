@@ -2,7 +2,6 @@
 #include "MailCore/MIME/MailEncoding.h"
 
 #include "MailCore/Platform/UTF8.h"
-
 #include "fuzz/Support.h"
 
 using namespace MailCore;

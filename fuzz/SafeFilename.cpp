@@ -3,7 +3,6 @@
 
 #include "MailCore/Platform/Text.h"
 #include "MailCore/Platform/UTF8.h"
-
 #include "fuzz/Support.h"
 
 using namespace MailCore;

@@ -3,7 +3,6 @@
 
 #include "MailCore/Platform/ASCII.h"
 #include "MailCore/Platform/PercentEncoding.h"
-
 #include "fuzz/Support.h"
 
 using namespace MailCore;

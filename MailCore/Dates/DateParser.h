@@ -10,7 +10,7 @@ namespace MailCore::DateParser {
 /// A way to write a date.
 struct Form {
     std::string_view pattern; // LDML; "yyyy" takes exactly four digits
-    bool hasWeekday = false;  // before the day, if it is no ISO form
+    bool hasWeekday = false;  // in front, before a comma
     bool hasSeconds = true;
     bool hasLongYear = true;  // of four digits
     bool isISO = false;       // begins with the year (ISO 8601)
