@@ -12,7 +12,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     check(imageHeader(input) == header);
     const std::string_view bytes = charsOf(input);
     if (header) {
-        check(header->frames == 1 || header->frames == 2);
+        check(header->frames <= 2); // none, where an animation says so
         check(bytes.starts_with("\x89PNG") || bytes.starts_with("\xFF\xD8\xFF") || bytes.starts_with("GIF8"));
     }
     for (std::size_t length = size; length > 0; length /= 2)
