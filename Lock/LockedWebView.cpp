@@ -12,17 +12,6 @@ namespace {
 
 constexpr const char* rulesIdentifier = "TesselMail.LocalOnly.v2";
 
-ObjectRef<WebKitWebView> makeView(WebKitNetworkSession* session) {
-    const auto settings = ObjectRef<WebKitSettings>::adopt(webkit_settings_new());
-    for (const ViewSwitch& entry : viewSwitches)
-        g_object_set(settings.get(), entry.name, static_cast<gboolean>(entry.on), nullptr);
-    // Mail needs no graphics card, and some drivers leave the pane blank.
-    webkit_settings_set_hardware_acceleration_policy(settings.get(),
-                                                     WEBKIT_HARDWARE_ACCELERATION_POLICY_NEVER);
-    return ObjectRef<WebKitWebView>::retain(WEBKIT_WEB_VIEW(
-        g_object_new(WEBKIT_TYPE_WEB_VIEW, "network-session", session, "settings", settings.get(), nullptr)));
-}
-
 GtkWidget* refuseWindow(WebKitWebView*, WebKitNavigationAction*, gpointer) {
     return nullptr;
 }
@@ -44,10 +33,20 @@ std::string LockedWebView::makeRulesFolder() {
     return g_mkdtemp(path.data()) ? path : std::string();
 }
 
+LockedWebView::Owned<WebKitWebView> LockedWebView::makeView(WebKitNetworkSession* session) {
+    const Owned<WebKitSettings> settings(webkit_settings_new());
+    for (const ViewSwitch& entry : viewSwitches)
+        g_object_set(settings.get(), entry.name, static_cast<gboolean>(entry.on), nullptr);
+    // Mail needs no graphics card, and some drivers leave the pane blank.
+    webkit_settings_set_hardware_acceleration_policy(settings.get(),
+                                                     WEBKIT_HARDWARE_ACCELERATION_POLICY_NEVER);
+    return Owned<WebKitWebView>(WEBKIT_WEB_VIEW(g_object_ref_sink(g_object_new(
+        WEBKIT_TYPE_WEB_VIEW, "network-session", session, "settings", settings.get(), nullptr))));
+}
+
 LockedWebView::LockedWebView(std::string rulesFolder)
-    : session_(ObjectRef<WebKitNetworkSession>::adopt(webkit_network_session_new_ephemeral())),
-      view_(makeView(session_.get())), rulesFolder_(std::move(rulesFolder)),
-      compiling_(ObjectRef<GCancellable>::adopt(g_cancellable_new())) {
+    : session_(webkit_network_session_new_ephemeral()), view_(makeView(session_.get())),
+      rulesFolder_(std::move(rulesFolder)), compiling_(g_cancellable_new()) {
     g_signal_connect(view_.get(), "create", G_CALLBACK(refuseWindow), nullptr);
     g_signal_connect(view_.get(), "permission-request", G_CALLBACK(refusePermission), nullptr);
     g_signal_connect(session_.get(), "download-started", G_CALLBACK(refuseDownload), nullptr);
@@ -63,14 +62,14 @@ void LockedWebView::removeFolder() const {
     std::filesystem::remove_all(rulesFolder_, ignored);
 }
 
+struct LockedWebView::Waiting {
+    LockedWebView* view;
+    Owned<GCancellable> compiling; // stopped when the view is gone
+};
+
 void LockedWebView::installRules(Installed installed) {
-    struct Waiting {
-        LockedWebView* view;
-        ObjectRef<GCancellable> compiling;
-    };
     installed_ = std::move(installed);
-    rules_ = ObjectRef<WebKitUserContentFilterStore>::adopt(
-        webkit_user_content_filter_store_new(rulesFolder_.c_str()));
+    rules_.reset(webkit_user_content_filter_store_new(rulesFolder_.c_str()));
     const std::string& text = MailCore::MailSecurity::contentRules();
     GBytes* const source = g_bytes_new_static(text.data(), text.size());
     webkit_user_content_filter_store_save(
@@ -79,7 +78,9 @@ void LockedWebView::installRules(Installed installed) {
             const std::unique_ptr<Waiting> waiting(static_cast<Waiting*>(data));
             if (!g_cancellable_is_cancelled(waiting->compiling.get())) waiting->view->rulesCompiled(result);
         },
-        std::make_unique<Waiting>(Waiting{this, compiling_}).release());
+        std::make_unique<Waiting>(
+            Waiting{this, Owned<GCancellable>(G_CANCELLABLE(g_object_ref(compiling_.get())))})
+            .release());
     g_bytes_unref(source);
 }
 

@@ -1,7 +1,5 @@
 #pragma once
 
-#include "TesselMail/Platform/ObjectRef.h"
-
 #include <webkit/webkit.h>
 
 #include <functional>
@@ -28,19 +26,27 @@ public:
     LockedWebView& operator=(const LockedWebView&) = delete;
     ~LockedWebView();
 
-    const ObjectRef<WebKitWebView>& view() const noexcept { return view_; }
+    WebKitWebView* view() const noexcept { return view_.get(); }
     /// Compiles the blocking rules; `installed` is not told any more when this is gone.
     void installRules(Installed installed);
 
 private:
+    struct Unref {
+        void operator()(gpointer object) const noexcept { g_object_unref(object); }
+    };
+    template <typename Object>
+    using Owned = std::unique_ptr<Object, Unref>;
+    struct Waiting;
+
+    static Owned<WebKitWebView> makeView(WebKitNetworkSession* session);
     void rulesCompiled(GAsyncResult* result);
     void removeFolder() const;
 
-    ObjectRef<WebKitNetworkSession> session_;
-    ObjectRef<WebKitWebView> view_;
+    Owned<WebKitNetworkSession> session_;
+    Owned<WebKitWebView> view_;
     std::string rulesFolder_;
-    ObjectRef<WebKitUserContentFilterStore> rules_;
-    ObjectRef<GCancellable> compiling_;
+    Owned<WebKitUserContentFilterStore> rules_;
+    Owned<GCancellable> compiling_;
     Installed installed_;
 };
 

@@ -4,6 +4,7 @@
 #include "Lock/LockedWebView.h"
 #include "Lock/ViewSwitches.h"
 #include "MailCore/Rendering/RenderedMail.h"
+#include "TesselMail/Platform/ObjectRef.h"
 
 #include <gio/gio.h>
 #include <gtest/gtest.h>
@@ -70,7 +71,7 @@ protected:
         gtk_window_destroy(GTK_WINDOW(window_));
     }
 
-    WebKitWebView* view() const { return locked_->view().get(); }
+    WebKitWebView* view() const { return locked_->view(); }
     void installRules() {
         bool done = false;
         bool installed = false;
