@@ -3,6 +3,7 @@
 #include "MailCore/Platform/UUID.h"
 #include "MailCore/Rendering/RenderedMail.h"
 #include "TesselMail/Model/Texts.h"
+#include "TesselMail/Platform/Alive.h"
 
 #include <cstdint>
 #include <functional>
@@ -82,7 +83,6 @@ public:
     MailWebCoordinator(MailWebPage& page, OpenLink open, Report report, Applied applied);
     MailWebCoordinator(const MailWebCoordinator&) = delete;
     MailWebCoordinator& operator=(const MailWebCoordinator&) = delete;
-    ~MailWebCoordinator();
 
     /// The colour under the message as 0xRRGGBB.
     static std::uint32_t paperColor(bool dark) noexcept;
@@ -143,7 +143,7 @@ private:
     std::optional<MailCore::UUID> terminatedAt_; // shown when the page failed to load or its process ended
     std::optional<MailCore::UUID> failedAt_;     // whose update script failed
     std::map<std::string, std::string, std::less<>> links_; // of the applied message, token → address
-    std::shared_ptr<MailWebCoordinator*> self_;             // emptied when this is gone
+    Alive<MailWebCoordinator> alive_{*this};
 };
 
 } // namespace TesselMail

@@ -7,6 +7,7 @@
 #include <cmath>
 #include <cstdlib>
 #include <filesystem>
+#include <memory>
 #include <system_error>
 
 namespace TesselMail {
@@ -81,7 +82,7 @@ MailWebView::MailWebView(AppModel& model, std::string rulesFolder)
       session_(ObjectRef<WebKitNetworkSession>::adopt(webkit_network_session_new_ephemeral())),
       view_(makeView(session_.get())), page_(view_), link_(*this, model.preferences()),
       copyLink_(Gio::SimpleAction::create(copyLinkAction, Glib::VARIANT_TYPE_STRING)),
-      rulesFolder_(std::move(rulesFolder)), self_(std::make_shared<MailWebView*>(this)),
+      rulesFolder_(std::move(rulesFolder)),
       coordinator_(
           page_,
           [this](const std::string& address, MailCore::UUID, PageRectangle place) {
@@ -118,7 +119,7 @@ MailWebView::MailWebView(AppModel& model, std::string rulesFolder)
 }
 
 MailWebView::~MailWebView() {
-    *self_ = nullptr;
+    alive_.end();
     coordinator_.retire();
     g_signal_handlers_disconnect_by_data(view_.get(), this);
     unset_child();
@@ -193,13 +194,13 @@ void MailWebView::compileRules() {
         webkit_user_content_filter_store_new(rulesFolder_.c_str()));
     GBytes* const source = g_bytes_new_static(MailCore::MailSecurity::contentRules.data(),
                                               MailCore::MailSecurity::contentRules.size());
-    auto waiting = std::make_unique<std::shared_ptr<MailWebView*>>(self_);
+    using Handle = Alive<MailWebView>::Handle;
+    auto waiting = std::make_unique<Handle>(alive_.handle());
     webkit_user_content_filter_store_save(
         rules_.get(), rulesIdentifier, source, nullptr,
         [](GObject*, GAsyncResult* result, gpointer data) noexcept {
-            const std::unique_ptr<std::shared_ptr<MailWebView*>> owned(
-                static_cast<std::shared_ptr<MailWebView*>*>(data));
-            if (**owned) (**owned)->rulesCompiled(result);
+            const std::unique_ptr<Handle> self(static_cast<Handle*>(data));
+            if (*self) (*self)->rulesCompiled(result);
         },
         waiting.release());
     g_bytes_unref(source);
@@ -281,8 +282,8 @@ bool MailWebView::press(guint key, Gdk::ModifierType modifiers) {
 }
 
 void MailWebView::moveFocus(bool forward) {
-    page_.moveFocus(forward, [self = self_, forward](bool moved) {
-        if (*self && !moved) (*self)->leave(forward);
+    page_.moveFocus(forward, [self = alive_.handle(), forward](bool moved) {
+        if (self && !moved) self->leave(forward);
     });
 }
 

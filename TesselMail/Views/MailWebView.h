@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TesselMail/Model/MailWebCoordinator.h"
+#include "TesselMail/Platform/Alive.h"
 #include "TesselMail/Views/LinkPopover.h"
 #include "TesselMail/Views/WebMailPage.h"
 
@@ -8,7 +9,6 @@
 #include <gtkmm.h>
 #include <webkit/webkit.h>
 
-#include <memory>
 #include <optional>
 #include <string>
 
@@ -71,8 +71,8 @@ private:
     bool loadFailed_ = false;
     std::string rulesFolder_;
     ObjectRef<WebKitUserContentFilterStore> rules_;
-    std::shared_ptr<MailWebView*> self_; // emptied when this is gone
     MailWebCoordinator coordinator_;
+    Alive<MailWebView> alive_{*this};
 };
 
 } // namespace TesselMail
