@@ -200,7 +200,7 @@ private:
                             ArchiveWork::ReadMessage content);
     AttachmentPlace placeOf(const MailCore::MailAttachment& attachment) const;
     SharedAttachment shownAttachment(MailCore::UUID id) const;
-    void checkDestination(const MailCore::URL& destination) const;
+    Outcome<Done> checkDestination(const MailCore::URL& destination) const;
     Failure fail(const std::exception_ptr& error, const FailedWork& work = {});
     Failure fail(const std::exception_ptr& error, const FailedWork& work, const MailCore::URL& collection);
 

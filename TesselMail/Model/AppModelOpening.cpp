@@ -140,14 +140,9 @@ Task AppModel::openAll(std::shared_ptr<AppModel> self, Run run) {
         const auto opened = std::ranges::find(*self->collections, scope->url, &MailCollection::url);
         if (opened != self->collections->end()) {
             const auto snapshot = std::make_shared<const MailCollection>(withFirstEntry(*opened));
-            bool current = false;
-            try {
-                current = co_await ArchiveWork::isCurrent(snapshot, scope, run.token);
-            } catch (const std::exception&) {
-                // No thread for it: nor for indexing, which says so.
-            }
+            auto current = co_await ArchiveWork::isCurrent(snapshot, scope, run.token).outcome();
             if (run.token->isStopped()) break;
-            if (current) {
+            if (current && std::move(current).take()) { // what fails here fails in indexing, which says so
                 const Changing changing(self->changes_);
                 if (self->takesSelection(run, scope) && self->find(snapshot->id))
                     self->selectCollection(snapshot->id);
@@ -169,27 +164,22 @@ Task AppModel::openAll(std::shared_ptr<AppModel> self, Run run) {
 
         const auto delivery = self->deliveryOf(placeholder, scope, run.token);
         const MailCore::IndexLimits limits(MailCore::Limits::messages, room);
-        std::exception_ptr failure;
-        std::optional<MailCollection> result;
-        try {
-            result = co_await ArchiveWork::index(scope, limits, run.token, delivery);
-        } catch (...) {
-            failure = std::current_exception();
-        }
+        auto indexed = co_await ArchiveWork::index(scope, limits, run.token, delivery).outcome();
 
         const Changing changing(self->changes_);
         delivery->flush();
         if (run.token->isStopped()) break;
         self->openingID_.reset();
-        if (result) {
-            result->id = placeholder->id;
-            self->finishIndexing(std::move(*result), scope);
+        if (indexed) {
+            MailCollection result = std::move(indexed).take();
+            result.id = placeholder->id;
+            self->finishIndexing(std::move(result), scope);
             const MailCollection* const listed = self->find(placeholder->id);
             if (listed && listed->entries.empty() && listed->indexLimitReached)
                 notices.push_back(self->preferences_.text(Texts::freeIndexMemory));
         } else {
             self->interruptIndexing(placeholder->id);
-            const Text text = failureText(failure, {.source = scope->url}).text;
+            const Text text = failureText(indexed.error(), {.source = scope->url}).text;
             notices.push_back(nameOf(scope->url) + ": " + self->preferences_.text(text));
         }
     }

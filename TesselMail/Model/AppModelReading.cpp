@@ -86,22 +86,16 @@ void AppModel::select(std::optional<EntryID> id) {
 
 Task AppModel::readEntry(std::shared_ptr<AppModel> self, CollectionID collection, SharedEntry entry,
                          MailFileScope scope, CancellationToken token) {
-    std::exception_ptr failure;
-    ArchiveWork::ReadMessage content;
-    try {
-        content = co_await ArchiveWork::read(entry, scope, token);
-    } catch (...) {
-        failure = std::current_exception();
-    }
+    auto content = co_await ArchiveWork::read(entry, scope, token).outcome();
     if (token->isStopped()) co_return;
     const Changing changing(self->changes_);
-    if (!failure) {
-        self->show(std::move(content), collection, entry->id);
+    if (content) {
+        self->show(std::move(content).take(), collection, entry->id);
         co_return;
     }
     self->clearPresentation();
     self->reading.set(false);
-    self->readFailure.set(self->fail(failure, {.source = entry->file}));
+    self->readFailure.set(self->fail(content.error(), {.source = entry->file}));
 }
 
 void AppModel::show(ArchiveWork::ReadMessage content, CollectionID collection, EntryID entry) {
@@ -166,18 +160,12 @@ void AppModel::previewAttachment(MailCore::UUID id) {
 Task AppModel::readAttachment(std::shared_ptr<AppModel> self, SharedAttachment attachment,
                               AttachmentPlace place) {
     const MailCore::UUID version = *self->selectionVersion;
-    std::exception_ptr failure;
-    ArchiveWork::ReadMessage content;
-    try {
-        content = co_await ArchiveWork::attachment(attachment, std::make_shared<Cancellation>());
-    } catch (...) {
-        failure = std::current_exception();
-    }
+    auto content = co_await ArchiveWork::attachment(attachment, std::make_shared<Cancellation>()).outcome();
     const Changing changing(self->changes_);
-    if (failure)
-        self->fail(failure);
+    if (!content)
+        self->fail(content.error());
     else if (self->currentMessageReady() && *self->selectionVersion == version)
-        self->addAttachedMessage(attachment, place, std::move(content));
+        self->addAttachedMessage(attachment, place, std::move(content).take());
 }
 
 AppModel::AttachmentPlace AppModel::placeOf(const MailAttachment& attachment) const {
@@ -225,15 +213,10 @@ Task AppModel::storeAttachment(std::shared_ptr<AppModel> self, SharedAttachment 
     const std::optional<URL> destination = co_await self->panels_.save(std::move(panel));
     if (!destination) co_return;
     const std::shared_ptr<const MailCore::Bytes> bytes(attachment, &attachment->bytes);
-    std::exception_ptr failure;
-    try {
-        self->checkDestination(*destination);
-        co_await ArchiveWork::write(bytes, *destination);
-    } catch (...) {
-        failure = std::current_exception();
-    }
+    Outcome<Done> written = self->checkDestination(*destination);
+    if (written) written = co_await ArchiveWork::write(bytes, *destination).outcome();
     const Changing changing(self->changes_);
-    if (failure) self->fail(failure, {.kind = FailedWork::Kind::saving, .source = std::nullopt});
+    if (!written) self->fail(written.error(), {.kind = FailedWork::Kind::saving, .source = std::nullopt});
 }
 
 bool AppModel::canExportOriginal() const {
@@ -258,24 +241,24 @@ Task AppModel::storeOriginal(std::shared_ptr<AppModel> self, SharedEntry entry, 
     const std::optional<URL> destination = co_await self->panels_.save(std::move(panel));
     if (!destination) co_return;
     const auto token = std::make_shared<Cancellation>();
-    std::exception_ptr failure;
-    try {
-        self->checkDestination(*destination);
-        if (original)
-            co_await ArchiveWork::write(original, *destination);
-        else
-            co_await ArchiveWork::exportOriginal(entry, *destination, scope, token);
-    } catch (...) {
-        failure = std::current_exception();
-    }
+    Outcome<Done> written = self->checkDestination(*destination);
+    if (written && original)
+        written = co_await ArchiveWork::write(original, *destination).outcome();
+    else if (written)
+        written = co_await ArchiveWork::exportOriginal(entry, *destination, scope, token).outcome();
     const Changing changing(self->changes_);
-    if (failure) self->fail(failure, {.kind = FailedWork::Kind::saving, .source = entry->file}, source);
+    if (!written)
+        self->fail(written.error(), {.kind = FailedWork::Kind::saving, .source = entry->file}, source);
 }
 
-void AppModel::checkDestination(const URL& destination) const {
-    std::vector<URL> open;
-    for (const MailCollection& collection : *collections) open.push_back(collection.url);
-    MailCore::MailReader::validateDestination(destination, open);
+// No open source may be written over.
+Outcome<Done> AppModel::checkDestination(const URL& destination) const {
+    return Outcome<Done>::of([&] {
+        std::vector<URL> open;
+        for (const MailCollection& collection : *collections) open.push_back(collection.url);
+        MailCore::MailReader::validateDestination(destination, open);
+        return Done();
+    });
 }
 
 } // namespace TesselMail

@@ -80,22 +80,17 @@ Task AppModel::search(std::shared_ptr<AppModel> self, Search kind, CancellationT
     std::vector<MailFileScope> scopes; // of all that is open: access lasts while messages are read
     for (const auto& [url, scope] : self->scopes_) scopes.push_back(scope);
 
-    std::exception_ptr failure;
-    ArchiveWork::SearchResults results;
-    try {
-        results = co_await ArchiveWork::search(std::move(entries), std::move(text), *self->newestFirst,
-                                               std::move(scopes), token);
-    } catch (...) {
-        failure = std::current_exception();
-    }
+    auto results = co_await ArchiveWork::search(std::move(entries), std::move(text), *self->newestFirst,
+                                                std::move(scopes), token)
+                       .outcome();
     if (token->isStopped()) co_return;
     const Changing changing(self->changes_);
-    if (failure) {
+    if (!results) {
         self->searchPending_ = false;
         self->searching.set(false);
-        self->fail(failure);
+        self->fail(results.error());
     } else if (*self->selectedCollection == collection) {
-        self->publishResults(std::move(results), collection);
+        self->publishResults(std::move(results).take(), collection);
     }
 }
 
