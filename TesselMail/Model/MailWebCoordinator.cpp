@@ -38,7 +38,7 @@ bool MailWebCoordinator::Content::matches(const std::optional<Content>& other) c
            other->paperRGB == paperRGB;
 }
 
-MailWebCoordinator::MailWebCoordinator(MailWebPage& page, OpenLink open, Report report, Applied applied)
+MailWebCoordinator::MailWebCoordinator(ReadingPage& page, OpenLink open, Report report, Applied applied)
     : page_(&page), open_(std::move(open)), report_(std::move(report)), onApplied_(std::move(applied)) {}
 
 std::uint32_t MailWebCoordinator::paperColor(bool dark) noexcept {

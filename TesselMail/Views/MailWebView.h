@@ -3,7 +3,7 @@
 #include "TesselMail/Model/MailWebCoordinator.h"
 #include "TesselMail/Platform/Alive.h"
 #include "TesselMail/Views/LinkPopover.h"
-#include "TesselMail/Views/WebMailPage.h"
+#include "TesselMail/Views/WebKitReadingPage.h"
 
 #include <glibmm/extraclassinit.h>
 #include <gtkmm.h>
@@ -62,7 +62,7 @@ private:
     AppModel& model_;
     ObjectRef<WebKitNetworkSession> session_;
     ObjectRef<WebKitWebView> view_;
-    WebMailPage page_;
+    WebKitReadingPage page_;
     Gtk::Label target_; // the address under the pointer
     LinkPopover link_;
     Glib::RefPtr<Gio::SimpleAction> copyLink_;
