@@ -18,7 +18,7 @@
 namespace TesselMail {
 namespace {
 
-/// The running application: one per session. A second start hands its files to the first and ends.
+// The running application: one per session. A second start hands its files to the first and ends.
 class Application : public Gtk::Application {
 public:
     Application()

@@ -57,8 +57,9 @@ Queues& queues() {
     return instance;
 }
 
-// Runs `work` on a queue and resumes who awaits the result. What `work` holds is released on the interface
-// thread, before the waiting task goes on. That there is no thread for the queue is an error of the work.
+// Runs `work` on a queue and resumes the task that awaits the result. What `work` holds is released on the
+// interface thread, before the waiting task goes on. If the thread of the queue cannot start, the work has
+// failed with that error.
 template <typename Value, typename Work>
 Later<Value> on(SerialQueue& (Queues::*queue)(), Work work) {
     return Later<Value>([queue, work = std::make_shared<Work>(std::move(work))](auto finish) {
@@ -202,12 +203,12 @@ Later<SearchResults> search(MailCore::EntryList entries, std::string query, bool
 }
 
 void release(SharedList list) {
-    // By way of the interface thread: its views, which hear of the change in this very turn, let go first.
+    // By way of the interface thread, so that its views, which hear of the change in this turn, let go first.
     InterfaceThread::post([list = std::move(list)]() mutable {
         try {
             queues().searching().submit([list = std::move(list)]() mutable { list.reset(); });
         } catch (const std::exception&) {
-            // There is no thread for it: it goes here and now.
+            // No thread can be started: the list goes here and now.
         }
     });
 }

@@ -9,7 +9,7 @@
 
 namespace TesselMail {
 
-/// A coroutine of the interface thread. It starts at once, goes on whenever what it awaits has come, and
+/// A coroutine of the interface thread. It starts at once, continues whenever what it awaits is there, and
 /// frees itself when it ends. It handles its own errors: one that escapes ends the program. Write it as a
 /// named function that takes its parameters by value, never as a capturing lambda.
 struct Task {
@@ -22,7 +22,7 @@ struct Task {
     };
 };
 
-/// The result of an operation that has nothing to tell but that it is done.
+/// The result of an operation that only tells that it is done.
 using Done = std::monostate;
 
 /// What an operation ended with: a value or an error.
@@ -63,8 +63,8 @@ template <typename Value>
 class LaterOutcome;
 
 /// A result that a Task can await: `co_await` starts the operation and gives its value or throws its error.
-/// The operation must call its `Finish` on the interface thread and not before it has returned. If it lets go
-/// of every copy without a call, the waiting task ends there and what it holds is released. An operation that
+/// The operation must call its `Finish` on the interface thread and not before it has returned. If it drops
+/// every copy without a call, the waiting task ends there and what it holds is released. An operation that
 /// throws has ended with that error.
 template <typename Value>
 class Later {
@@ -91,7 +91,7 @@ public:
     }
     Value await_resume() { return std::move(*outcome_).take(); }
 
-    /// The same to be awaited for the error as well as for the value: `co_await` throws neither.
+    /// The same for a task that handles the error itself: `co_await` gives the Outcome and throws nothing.
     LaterOutcome<Value> outcome() && { return LaterOutcome<Value>(std::move(*this)); }
 
 private:
