@@ -2,6 +2,7 @@
 
 #include "MailCore/Dates/MailDate.h"
 #include "MailCore/MIME/Base64.h"
+#include "MailCore/MIME/HeaderText.h"
 #include "MailCore/MIME/MIME.h"
 #include "MailCore/Rendering/SafeHTML.h"
 #include "MailCore/Search/MailSearch.h"

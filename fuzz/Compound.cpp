@@ -5,24 +5,22 @@
 #include "MailCore/Model/MailError.h"
 #include "MailCore/Platform/LittleEndian.h"
 #include "MailCore/Platform/Text.h"
+#include "MailCore/Platform/UTF16.h"
+#include "fuzz/Support.h"
 
-#include <cstdlib>
 #include <set>
 
 using namespace MailCore;
+using namespace MailCore::Fuzzing;
 
 namespace {
 
-void check(bool holds) {
-    if (!holds) std::abort();
-}
-
-void require(bool holds) {
+void requireFormat(bool holds) {
     if (!holds) throw MailError(MailError::malformed);
 }
 
 std::uint32_t u32(ByteView bytes, std::size_t at) {
-    require(at <= bytes.size() && bytes.size() - at >= 4);
+    requireFormat(at <= bytes.size() && bytes.size() - at >= 4);
     return littleEndian<std::uint32_t>(bytes.subspan(at));
 }
 
@@ -30,20 +28,20 @@ std::uint32_t u32(ByteView bytes, std::size_t at) {
 class PlainReading {
 public:
     explicit PlainReading(ByteView data) : data_(data) {
-        require(data.size() >= 512);
-        require(u32(data, 0) == 0xE011'CFD0 && u32(data, 4) == 0xE11A'B1A1 &&
-                u32(data, 28) << 16 == 0xFFFE'0000);
+        requireFormat(data.size() >= 512);
+        requireFormat(u32(data, 0) == 0xE011'CFD0 && u32(data, 4) == 0xE11A'B1A1 &&
+                      u32(data, 28) << 16 == 0xFFFE'0000);
         const std::uint32_t shift = u32(data, 30) & 0xFFFF;
-        require((shift == 9 || shift == 12) && (u32(data, 32) & 0xFFFF) == 6);
+        requireFormat((shift == 9 || shift == 12) && (u32(data, 32) & 0xFFFF) == 6);
         sector_ = std::size_t{1} << shift;
         readFat();
         const Bytes directory = chain(u32(data, 48), fat_, data.subspan(offset(0)), sector_, largest);
         if (directory.size() > 2'560'127) throw MailError(MailError::tooMany);
         for (std::size_t at = 0; at + 128 <= directory.size(); at += 128)
             addEntry(ByteView(directory).subspan(at, 128));
-        require(!entries_.empty() && entries_[0].kind == 5);
+        requireFormat(!entries_.empty() && entries_[0].kind == 5);
         const std::size_t miniSectors = u32(data, 64);
-        require(miniSectors <= data.size() / sector_);
+        requireFormat(miniSectors <= data.size() / sector_);
         if (miniSectors > 0) {
             const Bytes table = chain(u32(data, 60), fat_, data.subspan(offset(0)), sector_,
                                       std::min(miniSectors * sector_, largest));
@@ -63,7 +61,7 @@ public:
         if (size == 0) return Bytes();
         Bytes bytes = size < 4'096 ? chain(node.start, miniFat_, mini_, 64, largest)
                                    : chain(node.start, fat_, data_.subspan(offset(0)), sector_, largest);
-        require(bytes.size() >= size);
+        requireFormat(bytes.size() >= size);
         bytes.resize(size);
         return bytes;
     }
@@ -83,8 +81,8 @@ private:
         Bytes bytes;
         std::set<std::uint32_t> visited;
         for (std::uint32_t number = start; number != 0xFFFF'FFFE; number = table[number]) {
-            require(number < table.size() && visited.insert(number).second);
-            require(bytes.size() + unit <= most && (std::size_t{number} + 1) * unit <= units.size());
+            requireFormat(number < table.size() && visited.insert(number).second);
+            requireFormat(bytes.size() + unit <= most && (std::size_t{number} + 1) * unit <= units.size());
             const ByteView piece = units.subspan(number * unit, unit);
             bytes.insert(bytes.end(), piece.begin(), piece.end());
         }
@@ -93,26 +91,26 @@ private:
 
     void readFat() {
         const std::size_t count = u32(data_, 44);
-        require(count != 0 && count <= data_.size() / sector_);
+        requireFormat(count != 0 && count <= data_.size() / sector_);
         Table numbers;
         const auto take = [&](std::size_t at) {
             if (u32(data_, at) < 0xFFFF'FFFA) numbers.push_back(u32(data_, at));
         };
         for (std::size_t at = 76; at < 512; at += 4) take(at);
         std::size_t left = u32(data_, 72);
-        require(left <= data_.size() / sector_);
+        requireFormat(left <= data_.size() / sector_);
         std::set<std::uint32_t> visited;
         for (std::uint32_t next = u32(data_, 68); left > 0; --left) {
-            require(next < 0xFFFF'FFFA && visited.insert(next).second &&
-                    offset(next) + sector_ <= data_.size());
+            requireFormat(next < 0xFFFF'FFFA && visited.insert(next).second &&
+                          offset(next) + sector_ <= data_.size());
             const std::size_t start = offset(next);
             for (std::size_t at = 0; at + 4 < sector_; at += 4) take(start + at);
             next = u32(data_, start + sector_ - 4);
         }
-        require(numbers.size() >= count);
+        requireFormat(numbers.size() >= count);
         numbers.resize(count);
         for (const std::uint32_t number : numbers) {
-            require(offset(number) + sector_ <= data_.size());
+            requireFormat(offset(number) + sector_ <= data_.size());
             for (std::size_t at = 0; at < sector_; at += 4) fat_.push_back(u32(data_, offset(number) + at));
         }
     }
@@ -133,7 +131,7 @@ private:
 
     void walk(std::uint32_t id, const std::string& prefix, int depth) {
         if (id == 0xFFFF'FFFF) return;
-        require(id < entries_.size() && depth <= 100 && walked_.insert(id).second);
+        requireFormat(id < entries_.size() && depth <= 100 && walked_.insert(id).second);
         walk(entries_[id].left, prefix, depth + 1);
         const std::string path = prefix + Text::lowered(entries_[id].name);
         paths_[path] = id;
@@ -165,8 +163,7 @@ Result resultOf(Work work, std::optional<MailError>& error) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const auto* start = reinterpret_cast<const std::byte*>(data);
-    const Bytes file(start, start + size);
+    const Bytes file = inputBytes(data, size);
     std::optional<MailError> error;
     std::optional<MailError> plainError;
     const auto compound = resultOf<std::optional<Compound>>([&] { return Compound(file); }, error);
@@ -177,7 +174,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     std::size_t budget = 8 * size; // streams may share their sectors
     for (const auto& place : compound->paths()) {
         const std::string& path = place.first;
-        check(Text::isValid(bytesOf(path)));
+        checkText(path);
         if (budget < size) break;
         const auto expected = static_cast<std::size_t>(compound->nodes()[place.second].size);
         budget -= std::min(budget, 64 + expected);

@@ -3,22 +3,14 @@
 
 #include "MailCore/Model/Limits.h"
 #include "MailCore/Model/MailError.h"
-#include "MailCore/Platform/Text.h"
+#include "fuzz/Support.h"
 
-#include <cstdlib>
 #include <optional>
 
 using namespace MailCore;
+using namespace MailCore::Fuzzing;
 
 namespace {
-
-void check(bool holds) {
-    if (!holds) std::abort();
-}
-
-void checkText(std::string_view text) {
-    check(Text::isValid(bytesOf(text)));
-}
 
 void checkBody(std::string_view body) {
     checkText(body);
@@ -47,8 +39,7 @@ void checkTexts(ByteView data) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const auto* start = reinterpret_cast<const std::byte*>(data);
-    const Bytes message(start, start + size);
+    const Bytes message = inputBytes(data, size);
     const MIME::Split halves = MIME::split(message);
     check(halves.body.empty() ||
           (halves.body.data() > message.data() &&

@@ -1,20 +1,21 @@
+// A Date header: what is shown for it is text, and stays the same from memory.
 #include "MailCore/Dates/MailDate.h"
-#include "MailCore/Dates/DateParser.h"
-#include "MailCore/Platform/Text.h"
 
-#include <cstdint>
-#include <cstdlib>
+#include "fuzz/Support.h"
 
 using namespace MailCore;
+using namespace MailCore::Fuzzing;
 
-/// The direct way never says other than the formatters, and what is shown is text.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const std::string text = Text::repaired(std::as_bytes(std::span(data, size)));
-    if (const auto quick = DateParser::parseUsualForm(text, DateParser::patterns.size())) {
-        if (DateParser::parseWithFormatters(text, DateParser::patterns.size()) != quick) std::abort();
-    }
+    const Bytes exact = inputText(data, size);
+    const std::string_view text = charsOf(exact);
     MailDate::timestamp(text);
     const std::string shown = MailDate::display(text, "en_GB");
-    if (!Text::isValid(bytesOf(shown))) std::abort();
+    checkText(shown);
+    check(MailDate::formatted(text, "en_GB") == shown);
+    if (const auto plain = MailDate::withoutComments(text)) {
+        checkText(*plain);
+        check(plain->size() <= text.size());
+    }
     return 0;
 }

@@ -1,22 +1,19 @@
 #include "MailCore/Rendering/MailStyles.h"
-#include "MailCore/Platform/Text.h"
+
+#include "MailCore/Platform/UTF8.h"
+#include "fuzz/Support.h"
 
 #include <algorithm>
-#include <cstdint>
-#include <cstdlib>
 
 using namespace MailCore;
+using namespace MailCore::Fuzzing;
 
 namespace {
-
-void require(bool holds) {
-    if (!holds) std::abort();
-}
 
 /// Every selector of a list is scoped.
 void requireScoped(std::string_view selectors) {
     while (!selectors.empty()) {
-        require(selectors.starts_with(".mail-content"));
+        check(selectors.starts_with(".mail-content"));
         selectors.remove_prefix(std::min(selectors.find(','), selectors.size()));
         if (!selectors.empty()) selectors.remove_prefix(1);
     }
@@ -33,19 +30,19 @@ void requireScopedRules(std::string_view text) {
             ++open;
             start = at + 1;
         } else if (text[at] == '}') {
-            require(open > 0);
+            check(open > 0);
             --open;
             start = at + 1;
         }
     }
-    require(open == 0);
+    check(open == 0);
 }
 
 /// What no sanitised style may hold: markup, escapes, addresses, scripts.
 void requireHarmless(std::string_view text) {
-    require(Text::isValid(bytesOf(text)));
+    checkText(text);
     for (const std::string_view part : {"<", "\\", "url(", "expression(", "@import", "/*", "position:"})
-        require(text.find(part) == std::string_view::npos);
+        check(text.find(part) == std::string_view::npos);
 }
 
 } // namespace
@@ -62,12 +59,12 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     }
     const std::string declarations = styles.declarations(text);
     requireHarmless(declarations);
-    require(declarations.find_first_of("{}") == std::string::npos);
-    require(styles.declarations(text) == declarations); // the same text gives the same again
+    check(declarations.find_first_of("{}") == std::string::npos);
+    check(styles.declarations(text) == declarations); // the same text gives the same again
     const std::string value(text);
     const Attributes attributes{{"bgcolor", value}, {"face", value}, {"style", value}, {"width", value}};
     requireHarmless(styles.inlineStyle(attributes, "td"));
     requireHarmless(styles.stylesheet());
-    require(styles.rules().size() <= 512 && styles.colors().size() <= 1'024);
+    check(styles.rules().size() <= 512 && styles.colors().size() <= 1'024);
     return 0;
 }

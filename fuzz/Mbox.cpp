@@ -1,42 +1,11 @@
 #include "MailCore/Model/Limits.h"
 #include "MailCore/Model/MailError.h"
 #include "MailCore/Sources/MailReader.h"
-
-#include <cstdint>
-#include <cstdlib>
-#include <sys/mman.h>
-#include <system_error>
-#include <unistd.h>
+#include "fuzz/MemoryFile.h"
+#include "fuzz/Support.h"
 
 using namespace MailCore;
-
-namespace {
-
-void require(bool holds) {
-    if (!holds) std::abort();
-}
-
-/// A file in memory that has a path, named so that it is taken as an archive.
-class MemoryFile {
-public:
-    explicit MemoryFile(ByteView bytes) : handle_(::memfd_create("archive", MFD_CLOEXEC)) {
-        handle_.writeAll(bytes);
-        link_ = "/tmp/tessel-fuzz-" + UUID::random().text() + ".mbox";
-        const std::string descriptor = "/proc/self/fd/" + std::to_string(handle_.descriptor());
-        require(::symlink(descriptor.c_str(), link_.c_str()) == 0);
-    }
-    MemoryFile(const MemoryFile&) = delete;
-    MemoryFile& operator=(const MemoryFile&) = delete;
-    ~MemoryFile() { ::unlink(link_.c_str()); }
-
-    URL url() const { return URL::file(link_); }
-
-private:
-    FileHandle handle_;
-    std::string link_;
-};
-
-} // namespace
+using namespace MailCore::Fuzzing;
 
 /// Entries lie in order inside the file, do not overlap, are delivered exactly once, and each can be read.
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -47,19 +16,19 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
         const MailCollection collection = MailReader::collection(
             file.url(), never, [](std::size_t) {}, {Limits::messages, Limits::indexBytes},
             [&](std::span<const SharedEntry> batch) { delivered += batch.size(); });
-        require(delivered == collection.entries.size());
+        check(delivered == collection.entries.size());
         ByteOffset end = 0;
         for (const SharedEntry& entry : collection.entries) {
-            require(entry->offset >= end && entry->length > 0);
+            check(entry->offset >= end && entry->length > 0);
             end = entry->offset + static_cast<ByteOffset>(entry->length);
-            require(end <= size);
+            check(end <= size);
             try {
                 MailReader::message(*entry, never);
             } catch (const MailError&) {
             }
         }
     } catch (const MailError& error) {
-        require(error == MailError::malformed);
+        check(error == MailError::malformed);
     }
     return 0;
 }

@@ -1,21 +1,16 @@
 // An Outlook message file: valid text within the limits, an attachment list that makes sense, or a refusal.
 #include "MailCore/Outlook/Outlook.h"
+#include "MailCore/MIME/HeaderText.h"
 
 #include "MailCore/Dates/MailDate.h"
-#include "MailCore/MIME/MIME.h"
 #include "MailCore/Model/Limits.h"
 #include "MailCore/Model/MailError.h"
-#include "MailCore/Platform/Text.h"
-
-#include <cstdlib>
+#include "fuzz/Support.h"
 
 using namespace MailCore;
+using namespace MailCore::Fuzzing;
 
 namespace {
-
-void check(bool holds) {
-    if (!holds) std::abort();
-}
 
 struct Tally {
     std::size_t attachments = 0;
@@ -29,7 +24,7 @@ void checkAttachment(const MailAttachment& attachment, int depth, Tally& tally) 
     tally.bytes += attachment.bytes.size();
     check(!attachment.name.empty() && attachment.name.find('/') == std::string::npos);
     for (const std::string* text : {&attachment.name, &attachment.type, &attachment.contentID})
-        check(Text::isValid(bytesOf(*text)));
+        checkText(*text);
     check(attachment.available || attachment.bytes.empty());
     if (attachment.embedded.empty()) return;
     check(attachment.embedded.size() == 1 && attachment.type == "message/rfc822");
@@ -43,7 +38,7 @@ void checkMessage(const MailMessage& message, int depth, Tally& tally) {
           !message.html.empty() || !message.attachments.empty());
     for (const std::string* text : {&message.subject, &message.from, &message.to, &message.cc, &message.date,
                                     &message.plain, &message.html})
-        check(Text::isValid(bytesOf(*text)));
+        checkText(*text);
     // A character that the cut splits becomes one of three bytes.
     for (const std::string* body : {&message.plain, &message.html})
         check(body->size() <= static_cast<std::size_t>(Limits::rendered) + 2);
@@ -54,8 +49,7 @@ void checkMessage(const MailMessage& message, int depth, Tally& tally) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const auto* start = reinterpret_cast<const std::byte*>(data);
-    const Bytes file(start, start + size);
+    const Bytes file = inputBytes(data, size);
     try {
         Tally tally;
         checkMessage(Outlook::parse(file), 0, tally);

@@ -2,21 +2,18 @@
 // finds, and neither depends on how accents are encoded.
 #include "MailCore/Search/TextQuery.h"
 
-#include "MailCore/Platform/Text.h"
+#include "MailCore/Platform/UTF8.h"
+#include "fuzz/Support.h"
 
 #include <unicode/normalizer2.h>
 #include <unicode/unistr.h>
 
 #include <algorithm>
-#include <cstdlib>
 
 using namespace MailCore;
+using namespace MailCore::Fuzzing;
 
 namespace {
-
-void check(bool holds) {
-    if (!holds) std::abort();
-}
 
 std::string normalized(const icu::Normalizer2& form, const std::string& text) {
     UErrorCode status = U_ZERO_ERROR;
@@ -28,12 +25,10 @@ std::string normalized(const icu::Normalizer2& form, const std::string& text) {
 } // namespace
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-    const auto* start = reinterpret_cast<const std::byte*>(data);
-    const Bytes input(start, start + size);
-    const auto lineFeed = std::ranges::find(input, std::byte{'\n'});
-    const auto length = static_cast<std::size_t>(lineFeed - input.begin());
-    const std::string query = Text::repaired(ByteView(input).first(length));
-    const std::string text = Text::repaired(ByteView(input).subspan(std::min(length + 1, input.size())));
+    const Bytes input = inputBytes(data, size);
+    const auto [line, rest] = firstLine(input);
+    const std::string query = Text::repaired(line);
+    const std::string text = Text::repaired(rest);
     UErrorCode status = U_ZERO_ERROR;
     const icu::Normalizer2& composed = *icu::Normalizer2::getNFCInstance(status);
     const icu::Normalizer2& decomposed = *icu::Normalizer2::getNFDInstance(status);

@@ -11,7 +11,7 @@ source "$(dirname "$0")/common.sh"
 preset=run
 if [[ -f build/release/build.ninja ]]; then preset=release; fi
 if [[ ! -x build/$preset/TesselMail/tessel-mail ]]; then
-    say "The first time takes a few minutes: about 1.5 GB of packages where none is there, and 0.3 GB for the build"
+    say "The first time takes about five minutes: 1.5 GB of packages where none is there, and 0.3 GB for the build"
 fi
 require "${buildPackages[@]}" "${applicationPackages[@]}"
 build "$preset" tessel-mail

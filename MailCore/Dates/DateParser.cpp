@@ -1,26 +1,27 @@
 #include "MailCore/Dates/DateParser.h"
 
+#include "MailCore/Dates/DateNames.h"
+#include "MailCore/Platform/ASCII.h"
 #include "MailCore/Platform/Text.h"
+#include "MailCore/Platform/UTF8.h"
 
 #include <unicode/gregocal.h>
 #include <unicode/smpdtfmt.h>
 #include <unicode/timezone.h>
 #include <unicode/uchar.h>
 
+#include <algorithm>
+#include <array>
 #include <chrono>
 #include <cstdint>
 #include <memory>
+#include <span>
 #include <stdexcept>
+#include <utility>
 
 namespace MailCore::DateParser {
 
 namespace {
-
-constexpr std::size_t firstISOPattern = 5;
-
-bool isDigit(char byte) noexcept {
-    return byte >= '0' && byte <= '9';
-}
 
 /// Reads the parts of a date from left to right; once a part is missing, `failed` stays set.
 class Scanner {
@@ -29,7 +30,7 @@ public:
 
     bool failed() const noexcept { return failed_; }
     bool atEnd() const noexcept { return at_ == text_.size(); }
-    bool nextIsDigit() const noexcept { return at_ < text_.size() && isDigit(text_[at_]); }
+    bool nextIsDigit() const noexcept { return at_ < text_.size() && ASCII::isDigit(text_[at_]); }
 
     bool take(char expected) noexcept {
         if (at_ >= text_.size() || text_[at_] != expected) return false;
@@ -65,8 +66,7 @@ public:
         for (std::size_t index = 0; index < names.size(); ++index) {
             if (!Text::equalsIgnoringCase(text_.substr(at_, 3), names[index])) continue;
             at_ += 3;
-            const char following = at_ < text_.size() ? Text::lowered(text_[at_]) : ' ';
-            if (following >= 'a' && following <= 'z') break;
+            if (at_ < text_.size() && ASCII::isLetter(text_[at_])) break;
             return index;
         }
         failed_ = true;
@@ -79,35 +79,33 @@ private:
     bool failed_ = false;
 };
 
-constexpr auto weekdays = std::to_array<std::string_view>({"Sun", "Mon", "Tue", "Wed", "Thu", "Fri", "Sat"});
-constexpr auto months = std::to_array<std::string_view>(
-    {"Jan", "Feb", "Mar", "Apr", "May", "Jun", "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"});
-
-/// The calendar's parse of one pattern, kept with the formatter that does it.
+/// ICU's reading of one form.
 struct Formatter {
+    const Form* form = nullptr;
     std::unique_ptr<icu::SimpleDateFormat> format;
-    bool fourDigitYear = false;
 };
+using Formatters = std::array<Formatter, forms.size()>;
 
-std::array<Formatter, patterns.size()> makeFormatters() {
-    std::array<Formatter, patterns.size()> made;
-    for (std::size_t index = 0; index < patterns.size(); ++index) {
-        UErrorCode status = U_ZERO_ERROR;
-        const icu::Locale locale("en_US_POSIX");
-        const std::string_view pattern = patterns[index];
-        auto calendar = std::make_unique<icu::GregorianCalendar>(*icu::TimeZone::getGMT(), locale, status);
-        made[index].format = std::make_unique<icu::SimpleDateFormat>(
-            icu::UnicodeString::fromUTF8({pattern.data(), static_cast<std::int32_t>(pattern.size())}), locale,
-            status);
-        if (U_FAILURE(status)) throw std::runtime_error("no date patterns");
-        made[index].format->adoptCalendar(calendar.release());
-        made[index].format->setLenient(false);
-        made[index].fourDigitYear = pattern.find("yyyy") != std::string_view::npos;
-    }
+Formatter makeFormatter(const Form& form) {
+    UErrorCode status = U_ZERO_ERROR;
+    const icu::Locale locale("en_US_POSIX");
+    auto calendar = std::make_unique<icu::GregorianCalendar>(*icu::TimeZone::getGMT(), locale, status);
+    auto format = std::make_unique<icu::SimpleDateFormat>(
+        icu::UnicodeString::fromUTF8({form.pattern.data(), static_cast<std::int32_t>(form.pattern.size())}),
+        locale, status);
+    if (U_FAILURE(status)) throw std::runtime_error("no date patterns");
+    format->adoptCalendar(calendar.release());
+    format->setLenient(false);
+    return {&form, std::move(format)};
+}
+
+Formatters makeFormatters() {
+    Formatters made;
+    std::ranges::transform(forms, made.begin(), makeFormatter);
     return made;
 }
 
-/// Where the digits, of any script, begin that stand at or after `at`; the end of `text` when there are none.
+/// The first digit, of any script, at or after `at`; the end of `text` when there is none.
 std::size_t firstDigit(std::string_view text, std::size_t at) {
     while (at < text.size()) {
         const std::size_t start = at;
@@ -116,7 +114,7 @@ std::size_t firstDigit(std::string_view text, std::size_t at) {
     return at;
 }
 
-/// How many digits follow each other from `at`, which moves past them.
+/// Moves `at` past the digits that begin there; how many they are.
 std::size_t skipDigits(std::string_view text, std::size_t& at) {
     for (std::size_t digits = 0;; ++digits) {
         std::size_t behind = at;
@@ -125,10 +123,10 @@ std::size_t skipDigits(std::string_view text, std::size_t& at) {
     }
 }
 
-/// Whether the year that the pattern `index` reads in `text` has exactly four digits.
-bool hasFourDigitYear(std::string_view text, std::size_t index) {
+/// Whether the year that `form` reads in `text` has exactly four digits.
+bool isYearLong(std::string_view text, const Form& form) {
     std::size_t at = 0;
-    if (index < firstISOPattern) {
+    if (!form.isISO) {
         // Day, month, year; a weekday in front ends with a comma.
         const std::size_t comma = text.find(',');
         at = firstDigit(text, comma == std::string_view::npos ? 0 : comma);
@@ -138,6 +136,17 @@ bool hasFourDigitYear(std::string_view text, std::size_t index) {
     }
     return skipDigits(text, at) == 4;
 }
+
+/// The form of a usual date. A usual date has a year of four digits.
+const Form& usualForm(bool hasWeekday, bool hasSeconds) noexcept {
+    return *std::ranges::find_if(forms, [=](const Form& form) {
+        return form.isForDisplay && form.hasWeekday == hasWeekday && form.hasSeconds == hasSeconds;
+    });
+}
+static_assert(std::ranges::count(forms, true, &Form::isForDisplay) == 4 &&
+              std::ranges::none_of(forms, [](const Form& form) {
+                  return form.isForDisplay && (form.isISO || !form.hasLongYear);
+              }));
 
 /// Seconds east of UTC: a name that means UTC, or a sign and four digits up to 14:59.
 std::optional<int> takeZone(Scanner& scan) {
@@ -154,17 +163,17 @@ std::optional<int> takeZone(Scanner& scan) {
 
 } // namespace
 
-std::optional<Parsed> parseUsualForm(std::string_view text, std::size_t count) {
+std::optional<Parsed> parseUsualForm(std::string_view text) {
     Scanner scan(text);
     const bool hasWeekday = !scan.nextIsDigit();
     if (hasWeekday) {
-        scan.name(weekdays);
+        scan.name(DateNames::weekdays);
         scan.require(',');
         scan.requireBlanks();
     }
     const int day = scan.number(1, 2);
     scan.requireBlanks();
-    const std::size_t month = scan.name(months);
+    const std::size_t month = scan.name(DateNames::months);
     scan.requireBlanks();
     const int year = scan.number(4, 4);
     scan.requireBlanks();
@@ -182,33 +191,34 @@ std::optional<Parsed> parseUsualForm(std::string_view text, std::size_t count) {
                                            std::chrono::month(static_cast<unsigned>(month) + 1),
                                            std::chrono::day(static_cast<unsigned>(day))};
     if (!date.ok()) return std::nullopt;
-    const std::size_t pattern = (hasWeekday ? 0U : 1U) + (hasSeconds ? 0U : 2U);
-    if (pattern >= count) return std::nullopt;
     const auto days = std::chrono::sys_days(date).time_since_epoch().count();
     const std::int64_t clock = (hour * 60 + minute) * 60 + second;
-    return Parsed{static_cast<double>(static_cast<std::int64_t>(days) * 86'400 + clock - *zone), pattern};
+    return Parsed{static_cast<double>(static_cast<std::int64_t>(days) * 86'400 + clock - *zone),
+                  &usualForm(hasWeekday, hasSeconds)};
 }
 
-std::optional<Parsed> parseWithFormatters(std::string_view text, std::size_t count) {
+std::optional<Parsed> parseWithFormatters(std::string_view text, Wanted wanted) {
     if (text.empty()) return std::nullopt;
     // A formatter is never shared between threads: a parse changes it.
-    thread_local const std::array<Formatter, patterns.size()> formatters = makeFormatters();
+    thread_local const Formatters formatters = makeFormatters();
     const auto wide = icu::UnicodeString::fromUTF8({text.data(), static_cast<std::int32_t>(text.size())});
-    for (std::size_t index = 0; index < std::min(count, patterns.size()); ++index) {
-        if (formatters[index].fourDigitYear && !hasFourDigitYear(text, index)) continue;
+    for (const Formatter& formatter : formatters) {
+        const Form& form = *formatter.form;
+        if (wanted == Wanted::forDisplay && !form.isForDisplay) continue;
+        if (form.hasLongYear && !isYearLong(text, form)) continue;
         icu::ParsePosition position;
-        const UDate instant = formatters[index].format->parse(wide, position);
+        const UDate instant = formatter.format->parse(wide, position);
         if (position.getErrorIndex() < 0 && position.getIndex() == wide.length())
-            return Parsed{instant / 1'000, index};
+            return Parsed{instant / 1'000, &form};
     }
     return std::nullopt;
 }
 
-std::optional<Parsed> parse(std::string_view text, std::size_t count) {
-    if (const std::optional<Parsed> parsed = parseUsualForm(text, count)) return parsed;
+std::optional<Parsed> parse(std::string_view text, Wanted wanted) {
+    if (const std::optional<Parsed> parsed = parseUsualForm(text)) return parsed;
     // Every pattern begins with a letter or a digit and holds a digit: what does not, no formatter need see.
     if (text.find_first_of("0123456789") == std::string_view::npos) return std::nullopt;
-    return parseWithFormatters(text, count);
+    return parseWithFormatters(text, wanted);
 }
 
 } // namespace MailCore::DateParser

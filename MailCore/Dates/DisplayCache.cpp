@@ -4,7 +4,7 @@ namespace MailCore {
 
 namespace {
 
-constexpr std::size_t largestCount = 1'024;
+constexpr std::size_t mostDates = 1'024;
 constexpr std::size_t largestCost = 1'048'576;
 
 } // namespace
@@ -27,7 +27,7 @@ void DisplayCache::store(const std::string& key, const std::string& text, std::s
 }
 
 void DisplayCache::evict() {
-    while (!entries_.empty() && (entries_.size() > largestCount || cost_ > largestCost)) {
+    while (!entries_.empty() && (entries_.size() > mostDates || cost_ > largestCost)) {
         cost_ -= entries_.back().cost;
         places_.erase(entries_.back().key);
         entries_.pop_back();

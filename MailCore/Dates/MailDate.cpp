@@ -2,7 +2,10 @@
 
 #include "MailCore/Dates/DateParser.h"
 #include "MailCore/Dates/DisplayCache.h"
+#include "MailCore/Platform/ASCII.h"
 #include "MailCore/Platform/Text.h"
+#include "MailCore/Platform/UTF16.h"
+#include "MailCore/Platform/UTF8.h"
 
 #include <fmt/format.h>
 #include <unicode/datefmt.h>
@@ -20,17 +23,12 @@ namespace MailCore::MailDate {
 namespace {
 
 constexpr std::size_t largestValue = 4'096; // bytes
-constexpr int deepestComment = 16;
-constexpr std::size_t displayPatterns = 4;
-constexpr int largestZone = 18 * 3'600; // seconds either way
-
-constexpr bool patternHasSeconds(std::size_t pattern) {
-    return pattern < 2;
-}
+constexpr int mostCommentLevels = 16;
+constexpr int mostZoneSeconds = 18 * 3'600; // seconds either way
 
 /// Whether the code point at `at` joins the character before it.
 bool extendsCharacter(std::string_view text, std::size_t at) {
-    if (at >= text.size() || static_cast<unsigned char>(text[at]) < 0x80) return false;
+    if (at >= text.size() || isASCII(text[at])) return false;
     const auto codePoint = static_cast<UChar32>(Text::next(text, at));
     switch (u_getIntPropertyValue(codePoint, UCHAR_GRAPHEME_CLUSTER_BREAK)) {
     case U_GCB_EXTEND:
@@ -38,22 +36,6 @@ bool extendsCharacter(std::string_view text, std::size_t at) {
     case U_GCB_SPACING_MARK: return true;
     default: return false;
     }
-}
-
-std::string withSingleBlanks(std::string_view text) {
-    std::string result;
-    bool blank = false;
-    for (std::size_t at = 0; at < text.size();) {
-        const std::size_t start = at;
-        if (Text::isWhitespace(Text::next(text, at))) {
-            blank = true;
-            continue;
-        }
-        if (blank && !result.empty()) result += ' ';
-        blank = false;
-        result.append(text.substr(start, at - start));
-    }
-    return result;
 }
 
 struct Zone {
@@ -74,7 +56,7 @@ std::optional<Zone> numericZone(std::string_view text) {
     const std::size_t places[2] = {1, minutesAt};
     for (int index = 0; index < 2; ++index) {
         for (const char digit : word.substr(places[index], 2)) {
-            if (digit < '0' || digit > '9') return std::nullopt;
+            if (!ASCII::isDigit(digit)) return std::nullopt;
             values[index] = values[index] * 10 + (digit - '0');
         }
     }
@@ -121,15 +103,6 @@ std::optional<std::string> written(double seconds, bool withSeconds, int offset,
     return text;
 }
 
-std::size_t lengthInUTF16(std::string_view text) {
-    std::size_t units = 0;
-    for (const char byte : text) {
-        const auto value = static_cast<unsigned char>(byte);
-        units += (value & 0xC0) == 0x80 ? 0U : value >= 0xF0 ? 2U : 1U;
-    }
-    return units;
-}
-
 DisplayCache& displayCache() {
     static DisplayCache cache;
     return cache;
@@ -160,7 +133,7 @@ std::optional<std::string> withoutComments(std::string_view text) {
         } else if (depth > 0 && codePoint == '\\' && stands) {
             escaped = true;
         } else if (codePoint == '(' && stands) {
-            if (++depth > deepestComment) return std::nullopt;
+            if (++depth > mostCommentLevels) return std::nullopt;
             if (depth == 1) result += ' ';
         } else if (codePoint == ')' && stands) {
             if (--depth < 0) return std::nullopt;
@@ -188,7 +161,7 @@ std::string display(std::string_view text, std::string_view locale) {
     key += text;
     if (std::optional<std::string> known = displayCache().find(key)) return *std::move(known);
     std::string shown = formatted(text, locale);
-    displayCache().store(key, shown, 2 * lengthInUTF16(key) + shown.size());
+    displayCache().store(key, shown, 2 * Text::lengthInUTF16(key) + shown.size());
     return shown;
 }
 
@@ -197,20 +170,21 @@ std::string formatted(std::string_view text, std::string_view locale) {
     if (text.size() > largestValue) return unchanged;
     const std::optional<std::string> plain = withoutComments(text);
     if (!plain) return unchanged;
-    const std::string value = withSingleBlanks(*plain);
+    const std::string value = Text::withSingleBlanks(*plain);
     std::optional<Zone> zone = numericZone(value);
     if (!zone) zone = namedZone(value);
     if (!zone) return unchanged;
     const std::string label = zoneLabel(zone->offset);
     const std::string partly = fmt::format("{} {}", zone->rest, label);
-    if (std::abs(zone->offset) > largestZone) return partly;
+    if (std::abs(zone->offset) > mostZoneSeconds) return partly;
     const int magnitude = std::abs(zone->offset);
     const std::string complete = fmt::format("{} {}{:02d}{:02d}", zone->rest, zone->offset < 0 ? '-' : '+',
                                              magnitude / 3'600, magnitude % 3'600 / 60);
-    const std::optional<DateParser::Parsed> parsed = DateParser::parse(complete, displayPatterns);
+    const std::optional<DateParser::Parsed> parsed =
+        DateParser::parse(complete, DateParser::Wanted::forDisplay);
     if (!parsed) return partly;
     const std::optional<std::string> date =
-        written(parsed->seconds, patternHasSeconds(parsed->pattern), zone->offset, locale);
+        written(parsed->seconds, parsed->form->hasSeconds, zone->offset, locale);
     return date ? fmt::format("{} {}", *date, label) : partly;
 }
 

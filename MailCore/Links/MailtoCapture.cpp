@@ -1,6 +1,8 @@
 #include "MailCore/Links/MailtoCapture.h"
 
 #include "MailCore/Model/MailError.h"
+#include "MailCore/Platform/Characters.h"
+#include "MailCore/Platform/PercentEncoding.h"
 #include "MailCore/Platform/Text.h"
 #include "MailCore/Platform/URL.h"
 
@@ -16,7 +18,7 @@ constexpr std::size_t largestLink = 131'072;
 constexpr std::string_view scheme = "mailto:";
 
 std::string decoded(std::string_view text) {
-    std::string result = percentDecoded(text).value_or(std::string(text));
+    std::string result = percentDecoded(text);
     std::erase(result, '\0');
     return result;
 }

@@ -18,9 +18,8 @@ using Values = std::array<std::uint32_t, 256>;
 constexpr Values shiftedValues(unsigned shift) {
     Values values{};
     values.fill(foreign);
-    for (std::uint32_t value = 0; value < alphabet.size(); ++value) {
+    for (std::uint32_t value = 0; value < alphabet.size(); ++value)
         values[static_cast<unsigned char>(alphabet[value])] = value << shift;
-    }
     return values;
 }
 
@@ -120,12 +119,10 @@ std::string encode(ByteView bytes) {
     for (std::size_t at = 0; at < bytes.size(); at += 3) {
         const std::size_t count = std::min<std::size_t>(3, bytes.size() - at);
         std::uint32_t bits = 0;
-        for (std::size_t index = 0; index < 3; ++index) {
+        for (std::size_t index = 0; index < 3; ++index)
             bits = bits << 8 | (index < count ? std::to_integer<std::uint32_t>(bytes[at + index]) : 0);
-        }
-        for (std::size_t index = 0; index < 4; ++index) {
+        for (std::size_t index = 0; index < 4; ++index)
             result += index <= count ? alphabet[bits >> (18 - 6 * index) & 63] : '=';
-        }
     }
     return result;
 }

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "MailCore/Model/Bytes.h"
+#include "MailCore/Platform/Bytes.h"
 
 #include <optional>
 #include <string>

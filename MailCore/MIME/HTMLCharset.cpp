@@ -1,7 +1,8 @@
 #include "MailCore/MIME/HTMLCharset.h"
 
-#include "MailCore/MIME/MailEncoding.h"
+#include "MailCore/Platform/ASCII.h"
 #include "MailCore/Platform/Text.h"
+#include "MailCore/Platform/UTF8.h"
 
 #include <unicode/uchar.h>
 
@@ -12,8 +13,7 @@ namespace MailCore::MIME {
 
 namespace {
 
-constexpr std::size_t sniffedBytes = 8'192;
-constexpr std::size_t tagCharacters = 1'024;
+constexpr std::size_t mostTagCharacters = 1'024;
 constexpr auto nowhere = std::numeric_limits<std::size_t>::max();
 
 constexpr char32_t longS = 0x17F;       // its upper case is S
@@ -38,7 +38,7 @@ public:
             if (characters_[at] != '<' || !matches(at + 1, U"meta") || !isWordBoundary(at + 5)) continue;
             const std::size_t start = at + 5;
             if (tagEnd < start) tagEnd = std::min(characters_.find(U'>', start), characters_.size());
-            const std::size_t reach = std::min(start + tagCharacters, tagEnd);
+            const std::size_t reach = std::min(start + mostTagCharacters, tagEnd);
             for (; seen <= reach; ++seen) {
                 const std::size_t found = labelOf(seen);
                 if (found == nowhere) continue;
@@ -84,9 +84,9 @@ private:
     }
 
     static bool isLabelCharacter(char32_t character) {
-        return (character >= 'a' && character <= 'z') || (character >= 'A' && character <= 'Z') ||
-               (character >= '0' && character <= '9') || character == '.' || character == '_' ||
-               character == '-' || character == longS || character == kelvinSign;
+        if (character >= 0x80) return character == longS || character == kelvinSign;
+        const char byte = static_cast<char>(character);
+        return ASCII::isAlphanumeric(byte) || byte == '.' || byte == '_' || byte == '-';
     }
 
     std::size_t afterWhitespace(std::size_t at) const {
@@ -94,15 +94,14 @@ private:
         return at;
     }
 
-    /// Where the label of the "charset=" at `at` begins, `nowhere` when there is no such thing at `at`.
+    /// The start of the label of the "charset=" at `at`; `nowhere` when there is no such thing.
     std::size_t labelOf(std::size_t at) const {
         if (!matches(at, U"charset") || !isWordBoundary(at)) return nowhere;
         at = afterWhitespace(at + 7);
         if (at >= characters_.size() || characters_[at] != '=') return nowhere;
         at = afterWhitespace(at + 1);
-        if (at < characters_.size() && (characters_[at] == '"' || characters_[at] == '\'')) {
+        if (at < characters_.size() && (characters_[at] == '"' || characters_[at] == '\''))
             at = afterWhitespace(at + 1);
-        }
         return at < characters_.size() && isLabelCharacter(characters_[at]) ? at : nowhere;
     }
 
@@ -120,16 +119,6 @@ private:
 
 std::optional<std::string> sniffedCharset(std::string_view text) {
     return MetaScanner(text).label();
-}
-
-std::string decodeHTML(ByteView bytes, const std::optional<std::string>& charset) {
-    const std::string_view marked = charsOf(bytes);
-    if (marked.starts_with("\xFF\xFE")) return decode(bytes.subspan(2), "utf-16le");
-    if (marked.starts_with("\xFE\xFF")) return decode(bytes.subspan(2), "utf-16be");
-    if (marked.starts_with("\xEF\xBB\xBF")) return decode(bytes.subspan(3), "utf-8");
-    if (charset && !Text::trimmed(*charset).empty()) return decode(bytes, *charset);
-    const std::string start = Text::repaired(bytes.first(std::min(bytes.size(), sniffedBytes)));
-    return decode(bytes, sniffedCharset(start).value_or("utf-8"));
 }
 
 } // namespace MailCore::MIME

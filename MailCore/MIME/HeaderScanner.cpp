@@ -1,13 +1,15 @@
 #include "MailCore/MIME/HeaderScanner.h"
 
+#include "MailCore/Platform/ASCII.h"
 #include "MailCore/Platform/Text.h"
+#include "MailCore/Platform/UTF8.h"
 
 namespace MailCore::MIME {
 
 namespace {
 
-/// Where the first `stop`, an ASCII character, or white space stands from `at` on; the end of `text` when
-/// neither does.
+/// The first `stop`, an ASCII character, or white space at or after `at`; the end of `text` when there is
+/// neither.
 std::size_t endOfWord(std::string_view text, std::size_t at, char stop) noexcept {
     while (at < text.size()) {
         if (text[at] == stop) break;
@@ -28,13 +30,7 @@ std::size_t afterWhitespace(std::string_view text, std::size_t at) noexcept {
 }
 
 bool isKeyCharacter(char byte) noexcept {
-    return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z') || (byte >= '0' && byte <= '9') ||
-           byte == '_' || byte == '*' || byte == '-';
-}
-
-bool isLineBreak(char32_t codePoint) noexcept {
-    return (codePoint >= 0x0A && codePoint <= 0x0D) || codePoint == 0x85 || codePoint == 0x2028 ||
-           codePoint == 0x2029;
+    return ASCII::isAlphanumeric(byte) || byte == '_' || byte == '*' || byte == '-';
 }
 
 /// The place of the quote that ends the quoted text beginning at `at`; absent when there is none or a
@@ -44,7 +40,7 @@ std::optional<std::size_t> closingQuote(std::string_view text, std::size_t at) n
         at = text.find_first_of("\"\\", at);
         if (at == std::string_view::npos) return std::nullopt;
         if (text[at] == '"') return at;
-        if (++at == text.size() || isLineBreak(Text::next(text, at))) return std::nullopt;
+        if (++at == text.size() || Text::isLineBreak(Text::next(text, at))) return std::nullopt;
     }
 }
 
@@ -61,9 +57,8 @@ std::optional<ScannedParameter> parameterAt(std::string_view text, std::size_t a
     const std::size_t start = afterWhitespace(text, equals + 1);
     if (start == text.size()) return std::nullopt;
     if (text[start] == '"') {
-        if (const auto quote = closingQuote(text, start + 1)) {
+        if (const auto quote = closingQuote(text, start + 1))
             return ScannedParameter{key, text.substr(start + 1, *quote - start - 1), *quote + 1};
-        }
     }
     const std::size_t end = endOfWord(text, start, ';');
     if (end == start) return std::nullopt;

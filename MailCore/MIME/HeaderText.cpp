@@ -3,8 +3,10 @@
 #include "MailCore/MIME/Base64.h"
 #include "MailCore/MIME/HeaderScanner.h"
 #include "MailCore/MIME/MailEncoding.h"
+#include "MailCore/MIME/QuotedPrintable.h"
 #include "MailCore/Model/Limits.h"
 #include "MailCore/Platform/Text.h"
+#include "MailCore/Platform/UTF8.h"
 
 #include <algorithm>
 
@@ -83,10 +85,9 @@ void append(std::string_view text, std::string& target, std::string_view separat
         target += text;
         return;
     }
-    std::size_t end = limit; // at the start of the character that does not fit whole
-    while (end > 0 && (static_cast<unsigned char>(text[end]) & 0xC0) == 0x80) --end;
+    const std::size_t end = Text::codePointStart(text, limit); // of the one that does not fit whole
     target += text.substr(0, end);
-    if (end < limit) Text::append(target, 0xFFFD);
+    if (end < limit) target += Text::replacement;
 }
 
 std::string_view value(std::string_view name, std::span<const Header> headers) noexcept {

@@ -1,11 +1,17 @@
 #include "MailCore/MIME/MIME.h"
 
 #include "MailCore/MIME/Base64.h"
-#include "MailCore/MIME/HTMLEscape.h"
+#include "MailCore/MIME/DecodeHTML.h"
+#include "MailCore/MIME/HeaderText.h"
+#include "MailCore/MIME/MailEncoding.h"
+#include "MailCore/MIME/Parameters.h"
+#include "MailCore/MIME/QuotedPrintable.h"
 #include "MailCore/Model/Limits.h"
 #include "MailCore/Model/MailError.h"
 #include "MailCore/Platform/BytePair.h"
+#include "MailCore/Platform/HTMLEscape.h"
 #include "MailCore/Platform/Text.h"
+#include "MailCore/Platform/UTF8.h"
 
 #include <algorithm>
 #include <array>
@@ -17,9 +23,9 @@ namespace MailCore::MIME {
 namespace {
 
 constexpr std::size_t mostHeaders = 2'000;
-constexpr int deepestLevel = 16;
-constexpr std::int64_t byteBudget = 3 * Limits::message;
-constexpr std::size_t longestBoundary = 199; // bytes
+constexpr int mostLevels = 16;
+constexpr std::int64_t largestSum = 3 * Limits::message;
+constexpr std::size_t largestBoundary = 199; // bytes
 constexpr std::size_t bytesBetweenChecks = 131'072;
 
 constexpr std::string_view blanks = " \t";
@@ -241,7 +247,7 @@ void addLeaf(const Description& leaf, ByteView body, MailMessage& message, Wante
 
 enum class Delimiter { none, between, closing };
 
-/// What kind of delimiter line `line`, line end included, is (RFC 2046 §5.1.1).
+/// The kind of delimiter line that `line` is, its line end included (RFC 2046 §5.1.1).
 Delimiter delimiterKind(std::string_view line, std::string_view delimiter) noexcept {
     if (!line.starts_with(delimiter)) return Delimiter::none;
     const std::string_view rest = line.substr(delimiter.size());
@@ -341,7 +347,7 @@ void appendBodies(MailMessage& message, const MailMessage& child) {
 std::optional<std::string> multipartBoundary(const Description& entity) {
     if (!entity.type.starts_with("multipart/")) return std::nullopt;
     std::optional<std::string> boundary = parameter("boundary", entity.contentType);
-    if (!boundary || boundary->empty() || boundary->size() > longestBoundary) return std::nullopt;
+    if (!boundary || boundary->empty() || boundary->size() > largestBoundary) return std::nullopt;
     return boundary;
 }
 
@@ -351,7 +357,7 @@ void charge(std::size_t size, int depth, int& count, std::int64_t& budget, const
     budget -= static_cast<std::int64_t>(size);
     if (budget < 0) throw MailError(MailError::tooLarge);
     ++count;
-    if (depth > deepestLevel || count > Limits::parts) throw MailError(MailError::tooMany);
+    if (depth > mostLevels || count > Limits::parts) throw MailError(MailError::tooMany);
 }
 
 /// Adds what an entity contains, which has been charged and cut into `halves`.
@@ -391,7 +397,7 @@ Split splitMessage(ByteView data, Wanted wanted, const Cancelled& cancelled) {
 void addContents(ByteView data, const Split& halves, MailMessage& message, Wanted wanted,
                  const Cancelled& cancelled) {
     int count = 0;
-    std::int64_t budget = byteBudget;
+    std::int64_t budget = largestSum;
     charge(data.size(), 0, count, budget, cancelled);
     addEntity(halves, 0, count, budget, message, wanted, cancelled);
 }
@@ -422,7 +428,7 @@ MailMessage parse(ByteView data, const Cancelled& cancelled) {
 }
 
 Texts texts(ByteView data, const Cancelled& cancelled) {
-    const Split halves = splitMessage(data, Wanted::everything, cancelled);
+    const Split halves = splitMessage(data, Wanted::texts, cancelled);
     MailMessage message;
     addContents(data, halves, message, Wanted::texts, cancelled);
     return {

@@ -1,11 +1,11 @@
 #pragma once
 
-#include "MailCore/MIME/HeaderText.h"
-#include "MailCore/MIME/MailEncoding.h"
 #include "MailCore/Model/Cancelled.h"
 #include "MailCore/Model/MailMessage.h"
+#include "MailCore/Platform/Bytes.h"
 
 #include <cstdint>
+#include <string>
 #include <vector>
 
 /// Internet messages (RFC 5322) and their parts (RFC 2045, RFC 2046).

@@ -2,6 +2,8 @@
 
 #include "MailCore/Platform/Converter.h"
 #include "MailCore/Platform/Text.h"
+#include "MailCore/Platform/UTF16.h"
+#include "MailCore/Platform/UTF8.h"
 
 #include <algorithm>
 #include <array>
@@ -10,7 +12,7 @@ namespace MailCore {
 
 namespace {
 
-constexpr std::size_t longestLabel = 79; // bytes
+constexpr std::size_t largestLabel = 79; // bytes
 
 /// Labels of subsets of GB18030. Their users often send characters of the larger set.
 constexpr auto chineseLabels = std::to_array<std::string_view>(
@@ -49,7 +51,7 @@ std::string decode(ByteView bytes, std::string_view charset) {
     std::string label = Text::lowered(Text::trimmed(charset));
     if (std::ranges::find(chineseLabels, label) != chineseLabels.end()) {
         label = "GB18030";
-    } else if (label.empty() || label == "utf-8" || label == "utf8" || label.size() > longestLabel ||
+    } else if (label.empty() || label == "utf-8" || label == "utf8" || label.size() > largestLabel ||
                label.find('\0') != std::string::npos) {
         return Text::repaired(bytes);
     }

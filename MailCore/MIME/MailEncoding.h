@@ -1,6 +1,6 @@
 #pragma once
 
-#include "MailCore/Model/Bytes.h"
+#include "MailCore/Platform/Bytes.h"
 
 #include <cstdint>
 #include <optional>
@@ -26,12 +26,6 @@ namespace MIME {
 
 /// The same as MailEncoding::decode.
 [[nodiscard]] std::string decode(ByteView bytes, std::string_view charset);
-/// Undoes quoted-printable (RFC 2045 §6.7), or with `header` the Q encoding of encoded words (RFC 2047 §4.2),
-/// where "_" is a space. Malformed escapes stay as they are.
-[[nodiscard]] Bytes quotedPrintable(ByteView bytes, bool header);
-/// The text of an HTML body. A byte-order mark decides its charset, else the declared `charset`, else what a
-/// `meta` tag in the first 8,192 bytes says, else UTF-8. A mark is not part of the text.
-[[nodiscard]] std::string decodeHTML(ByteView bytes, const std::optional<std::string>& charset);
 
 } // namespace MIME
 } // namespace MailCore

@@ -1,8 +1,11 @@
+#include "MailCore/MIME/Parameters.h"
+
 #include "MailCore/MIME/HeaderScanner.h"
 #include "MailCore/MIME/HeaderText.h"
-#include "MailCore/MIME/HexDigit.h"
 #include "MailCore/MIME/MailEncoding.h"
 #include "MailCore/Model/SafeFilename.h"
+#include "MailCore/Platform/ASCII.h"
+#include "MailCore/Platform/PercentEncoding.h"
 #include "MailCore/Platform/Text.h"
 
 #include <algorithm>
@@ -29,21 +32,10 @@ std::string withoutBackslashes(std::string_view value) {
 
 /// The byte that two characters after a "%" spell: hexadecimal digits, or "+" and one digit.
 std::optional<unsigned char> escapedByte(std::string_view digits) noexcept {
-    const int low = hexDigit(digits[1]);
-    const int high = digits[0] == '+' ? 0 : hexDigit(digits[0]);
+    const int low = ASCII::hexDigit(digits[1]);
+    const int high = digits[0] == '+' ? 0 : ASCII::hexDigit(digits[0]);
     if (low < 0 || high < 0) return std::nullopt;
     return static_cast<unsigned char>(high << 4 | low);
-}
-
-std::string percentEncoded(std::string_view text) {
-    constexpr std::string_view digits = "0123456789ABCDEF";
-    std::string result;
-    result.reserve(text.size() * 3);
-    for (const char byte : text) {
-        const auto value = static_cast<unsigned char>(byte);
-        result += {'%', digits[value >> 4], digits[value & 15]};
-    }
-    return result;
 }
 
 /// The name that numbered segments give (RFC 2231 §3), from number 0 up to the first that is missing.
@@ -57,7 +49,7 @@ std::optional<std::string> continuedName(std::string_view base, const Parameters
             joined += encoded->second;
             extended = true;
         } else if (const auto plain = map.find(key); plain != map.end()) {
-            joined += percentEncoded(plain->second);
+            joined += percentEncoded(plain->second, UnescapedBytes::none());
         } else {
             break;
         }
@@ -71,9 +63,8 @@ std::optional<std::string> nameIn(std::string_view value) {
     const Parameters map = parameters(value);
     for (const std::string_view base : nameKeys) {
         if (auto name = continuedName(base, map)) return name;
-        if (const auto found = map.find(std::string(base) + '*'); found != map.end()) {
+        if (const auto found = map.find(std::string(base) + '*'); found != map.end())
             return extendedParameter(found->second);
-        }
     }
     for (const std::string_view base : nameKeys) {
         if (const auto found = map.find(base); found != map.end()) return headerText(found->second);

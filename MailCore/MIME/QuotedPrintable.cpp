@@ -1,5 +1,6 @@
-#include "MailCore/MIME/HexDigit.h"
-#include "MailCore/MIME/MailEncoding.h"
+#include "MailCore/MIME/QuotedPrintable.h"
+
+#include "MailCore/Platform/ASCII.h"
 
 #include <algorithm>
 
@@ -36,8 +37,8 @@ Bytes quotedPrintable(ByteView bytes, bool header) {
             at += 2;
         } else if (escape == "\r\n") {
             at += 3;
-        } else if (escape.size() == 2 && hexDigit(escape[0]) >= 0 && hexDigit(escape[1]) >= 0) {
-            *out++ = static_cast<char>(hexDigit(escape[0]) << 4 | hexDigit(escape[1]));
+        } else if (escape.size() == 2 && ASCII::hexDigit(escape[0]) >= 0 && ASCII::hexDigit(escape[1]) >= 0) {
+            *out++ = static_cast<char>(ASCII::hexDigit(escape[0]) << 4 | ASCII::hexDigit(escape[1]));
             at += 3;
         } else {
             *out++ = '=';

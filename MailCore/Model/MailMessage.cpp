@@ -27,19 +27,7 @@ bool MailAttachment::operator==(const MailAttachment& other) const {
 }
 
 std::string MailMessage::summary() const {
-    std::string text;
-    bool blank = false;
-    for (std::size_t at = 0; at < plain.size();) {
-        const std::size_t start = at;
-        if (Text::isWhitespace(Text::next(plain, at))) {
-            blank = true;
-            continue;
-        }
-        if (blank && !text.empty()) text += ' ';
-        blank = false;
-        text.append(plain, start, at - start);
-    }
-    return text;
+    return Text::withSingleBlanks(plain);
 }
 
 } // namespace MailCore

@@ -1,7 +1,9 @@
 #include "MailCore/Model/SafeFilename.h"
 
+#include "MailCore/Platform/Characters.h"
 #include "MailCore/Platform/Text.h"
 #include "MailCore/Platform/URL.h"
+#include "MailCore/Platform/UTF8.h"
 
 namespace MailCore {
 

@@ -3,6 +3,7 @@
 #include "MailCore/Model/MailError.h"
 #include "MailCore/Platform/LittleEndian.h"
 #include "MailCore/Platform/Text.h"
+#include "MailCore/Platform/UTF16.h"
 
 #include <algorithm>
 #include <array>
@@ -35,7 +36,7 @@ constexpr std::uint32_t firstMarker = 0xFFFF'FFFA; // from here on numbers are n
 constexpr std::size_t entrySize = 128;
 constexpr std::size_t largestDirectory = 2'560'127; // bytes
 constexpr std::size_t largestChain = 33'554'432;    // bytes
-constexpr int deepestTree = 100;
+constexpr int mostTreeLevels = 100;
 
 [[noreturn]] void fail() {
     throw MailError(MailError::malformed);
@@ -102,7 +103,7 @@ public:
 
     void walk(std::uint32_t id, std::string_view prefix, int depth) {
         if (id == Compound::none) return;
-        require(id < nodes_.size() && depth <= deepestTree && !visited_[id]);
+        require(id < nodes_.size() && depth <= mostTreeLevels && !visited_[id]);
         visited_[id] = true;
         const Compound::Node& node = nodes_[id];
         walk(node.left, prefix, depth + 1);

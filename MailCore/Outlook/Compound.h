@@ -18,7 +18,7 @@ class Compound {
 public:
     /// What the `kind` of a directory entry says; other values are kept as they are.
     enum Kind : std::uint8_t { empty = 0, storage = 1, streamObject = 2, root = 5 };
-    /// Where a table or a directory entry says "none", and where a chain says "end".
+    /// The marks for "none" in a table or a directory entry, and for the end of a chain.
     static constexpr std::uint32_t none = 0xFFFF'FFFF;
     static constexpr std::uint32_t endOfChain = 0xFFFF'FFFE;
 

@@ -1,11 +1,16 @@
 #include "MailCore/Outlook/Outlook.h"
 
+#include "MailCore/Dates/DateNames.h"
 #include "MailCore/Dates/MailDate.h"
+#include "MailCore/MIME/DecodeHTML.h"
+#include "MailCore/MIME/HeaderText.h"
 #include "MailCore/MIME/MIME.h"
+#include "MailCore/MIME/MailEncoding.h"
 #include "MailCore/Model/Limits.h"
 #include "MailCore/Model/MailError.h"
 #include "MailCore/Model/SafeFilename.h"
 #include "MailCore/Platform/Text.h"
+#include "MailCore/Platform/UTF8.h"
 
 #include <fmt/format.h>
 
@@ -20,7 +25,7 @@ namespace MailCore::Outlook {
 namespace {
 
 constexpr std::int64_t largestSum = 3 * Limits::message; // bytes of all texts and contents read
-constexpr int deepestMessage = 8;
+constexpr int mostMessageLevels = 8;
 constexpr std::uint64_t year10000 = 2'650'467'744'000'000'000; // FILETIME
 
 // Bytes before the records of a property stream (MS-OXMSG §2.4.1).
@@ -66,16 +71,15 @@ std::string firstOf(std::string text, const std::function<std::string()>& other)
 std::optional<std::string> dateText(std::uint64_t fileTime) {
     using namespace std::chrono;
     if (fileTime == 0 || fileTime >= year10000) return std::nullopt;
-    constexpr auto months = std::to_array<std::string_view>(
-        {"Jan", "Feb", "Mar", "Apr", "May", "Jun", "Jul", "Aug", "Sep", "Oct", "Nov", "Dec"});
     constexpr std::int64_t since1601 = 11'644'473'600; // seconds from 1601 to 1970
     const sys_seconds instant{seconds(static_cast<std::int64_t>(fileTime / 10'000'000) - since1601)};
     const sys_days midnight = floor<days>(instant);
     const year_month_day day(midnight);
     const hh_mm_ss time(instant - midnight);
     return fmt::format("{} {} {:04} {:02}:{:02}:{:02} +0000", static_cast<unsigned>(day.day()),
-                       months[static_cast<unsigned>(day.month()) - 1], static_cast<int>(day.year()),
-                       time.hours().count(), time.minutes().count(), time.seconds().count());
+                       DateNames::months[static_cast<unsigned>(day.month()) - 1],
+                       static_cast<int>(day.year()), time.hours().count(), time.minutes().count(),
+                       time.seconds().count());
 }
 
 /// Reads one message of a container; see `Outlook::message`.
@@ -257,7 +261,7 @@ MailMessage parse(ByteView data) {
 MailMessage message(const Compound& compound, const std::string& prefix,
                     const std::optional<std::string>& inheritedCharset, int depth, std::int64_t& budget,
                     int& parts) {
-    if (depth > deepestMessage) throw MailError(MailError::tooMany);
+    if (depth > mostMessageLevels) throw MailError(MailError::tooMany);
     return MessageReader(compound, prefix, inheritedCharset, depth, budget, parts).message();
 }
 

@@ -1,5 +1,8 @@
 #include "MailCore/Platform/Converter.h"
 
+#include "MailCore/Platform/ASCII.h"
+#include "MailCore/Platform/UTF8.h"
+
 #include <unicode/ucnv.h>
 #include <unicode/ucnv_err.h>
 
@@ -14,15 +17,12 @@ namespace MailCore {
 namespace {
 
 const iconv_t closed = reinterpret_cast<iconv_t>(-1); // what iconv_open answers when it fails
-constexpr std::string_view replacement = "\xEF\xBF\xBD";
 
 } // namespace
 
 bool isPlainCharsetName(std::string_view name) noexcept {
-    const auto isNameCharacter = [](char byte) {
-        return (byte >= '0' && byte <= '9') || (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z');
-    };
-    return name.find_first_of("/,") == std::string_view::npos && std::ranges::any_of(name, isNameCharacter);
+    return name.find_first_of("/,") == std::string_view::npos &&
+           std::ranges::any_of(name, ASCII::isAlphanumeric);
 }
 
 std::optional<Converter> Converter::open(const std::string& charset) {
@@ -55,7 +55,7 @@ std::string Converter::convert(ByteView bytes) {
         const std::size_t written = scratch.size() - space;
         result.append(scratch.data(), written);
         if (failed && error != E2BIG) {
-            result += replacement;
+            result += Text::replacement;
             if (error == EINVAL || left == 0) break;
             ++input;
             --left;

@@ -25,8 +25,8 @@ public:
     Converter& operator=(Converter&&) = delete;
     ~Converter();
 
-    /// The whole of `bytes`. Where they are invalid U+FFFD stands for one byte, which is skipped, and the
-    /// shift state is reset; an incomplete sequence at the end becomes one U+FFFD.
+    /// All of `bytes`. U+FFFD stands for a byte that is invalid, which is skipped, and the shift state is
+    /// reset; an incomplete sequence at the end becomes one U+FFFD.
     std::string convert(ByteView bytes);
 
 private:

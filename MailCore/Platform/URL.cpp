@@ -1,6 +1,7 @@
 #include "MailCore/Platform/URL.h"
 
-#include "MailCore/Platform/Text.h"
+#include "MailCore/Platform/PercentEncoding.h"
+#include "MailCore/Platform/UTF8.h"
 
 #include <glib.h>
 
@@ -17,7 +18,6 @@ struct URL::Parts {
     std::optional<std::string> host;
     bool hasUserInfo = false;
     std::string path;
-    std::string encodedPath;
     std::optional<std::string> query;
 };
 
@@ -27,48 +27,9 @@ struct GUriRelease {
     void operator()(GUri* uri) const noexcept { g_uri_unref(uri); }
 };
 
-int hexDigit(char byte) noexcept {
-    if (byte >= '0' && byte <= '9') return byte - '0';
-    if (byte >= 'a' && byte <= 'f') return byte - 'a' + 10;
-    if (byte >= 'A' && byte <= 'F') return byte - 'A' + 10;
-    return -1;
-}
-
-std::string decoded(std::string_view text) {
-    std::string result;
-    result.reserve(text.size());
-    for (std::size_t at = 0; at < text.size(); ++at) {
-        if (text[at] == '%' && text.size() - at > 2) {
-            const int high = hexDigit(text[at + 1]);
-            const int low = hexDigit(text[at + 2]);
-            if (high >= 0 && low >= 0) {
-                result += static_cast<char>(static_cast<unsigned char>(high << 4 | low));
-                at += 2;
-                continue;
-            }
-        }
-        result += text[at];
-    }
-    return result;
-}
-
-/// RFC 3986 §2: unreserved characters and what a path may hold as they are, the rest escaped.
-std::string encoded(std::string_view path, std::string_view kept) {
-    constexpr std::string_view digits = "0123456789ABCDEF";
-    std::string result;
-    result.reserve(path.size());
-    for (const char byte : path) {
-        const auto value = static_cast<unsigned char>(byte);
-        if ((value < 0x80 && g_ascii_isalnum(byte)) || kept.find(byte) != std::string_view::npos) {
-            result += byte;
-        } else {
-            result += '%';
-            result += digits[value >> 4];
-            result += digits[value & 15];
-        }
-    }
-    return result;
-}
+// RFC 3986 §3.3: what a path, or one component of it, may hold as it is.
+constexpr auto pathBytes = UnescapedBytes::alphanumericsAnd("-._~/!$&'()*+,=@:");
+constexpr auto componentBytes = UnescapedBytes::alphanumericsAnd("-._~!$&'()*+,=@:");
 
 std::string currentFolder() {
     std::string buffer(PATH_MAX, '\0');
@@ -98,8 +59,7 @@ URL URL::file(std::string_view path) {
     Parts parts;
     parts.scheme = "file";
     parts.host = "";
-    parts.encodedPath = encoded(absolute, "-._~/!$&'()*+,=@:");
-    parts.text = "file://" + parts.encodedPath;
+    parts.text = "file://" + percentEncoded(absolute, pathBytes);
     parts.path = std::move(absolute);
     return URL(std::make_shared<const Parts>(std::move(parts)));
 }
@@ -119,8 +79,7 @@ std::optional<URL> URL::parse(std::string_view text) {
         return parse(text.substr(0, text.find_last_not_of('/') + 1)); // a folder has one address
     if (const char* host = g_uri_get_host(uri.get())) parts.host = host;
     parts.hasUserInfo = g_uri_get_user(uri.get()) != nullptr || g_uri_get_password(uri.get()) != nullptr;
-    parts.encodedPath = g_uri_get_path(uri.get());
-    parts.path = decoded(parts.encodedPath);
+    parts.path = percentDecodedBytes(g_uri_get_path(uri.get()));
     if (const char* query = g_uri_get_query(uri.get())) parts.query = query;
     return URL(std::make_shared<const Parts>(std::move(parts)));
 }
@@ -149,10 +108,6 @@ const std::string& URL::path() const noexcept {
     return parts().path;
 }
 
-const std::string& URL::percentEncodedPath() const noexcept {
-    return parts().encodedPath;
-}
-
 const std::optional<std::string>& URL::query() const noexcept {
     return parts().query;
 }
@@ -168,17 +123,7 @@ std::string URL::pathExtension() const {
 URL URL::appending(std::string_view component) const {
     std::string text = parts().text;
     if (!text.ends_with('/')) text += '/';
-    return parse(text + encoded(component, "-._~!$&'()*+,=@:")).value_or(URL());
-}
-
-std::optional<std::string> percentDecoded(std::string_view text) {
-    for (std::size_t at = text.find('%'); at != std::string_view::npos; at = text.find('%', at + 3)) {
-        if (text.size() - at < 3 || hexDigit(text[at + 1]) < 0 || hexDigit(text[at + 2]) < 0)
-            return std::nullopt;
-    }
-    std::string result = decoded(text);
-    if (!Text::isValid(bytesOf(result))) return std::nullopt;
-    return result;
+    return parse(text + percentEncoded(component, componentBytes)).value_or(URL());
 }
 
 std::string_view pathExtension(std::string_view name) noexcept {

@@ -30,8 +30,6 @@ public:
     bool hasUserInfo() const noexcept;
     /// The path with percent escapes undone (bytes, which may hold U+0000).
     const std::string& path() const noexcept;
-    /// The path as it stands in the address.
-    const std::string& percentEncodedPath() const noexcept;
     /// The query as it stands, absent when there is none.
     const std::optional<std::string>& query() const noexcept;
 
@@ -57,8 +55,5 @@ private:
 /// The text after the last dot of the last component of `name` ("/" separates); empty when there is none,
 /// when the name's only dot is its first character, or when nothing follows it, as in "name.".
 std::string_view pathExtension(std::string_view name) noexcept;
-
-/// `text` with its percent escapes undone; absent when one of them is none or the result is no valid UTF-8.
-std::optional<std::string> percentDecoded(std::string_view text);
 
 } // namespace MailCore

@@ -1,5 +1,7 @@
 #include "MailCore/Platform/UUID.h"
 
+#include "MailCore/Platform/ASCII.h"
+
 #include <cerrno>
 #include <cstring>
 #include <string_view>
@@ -40,7 +42,7 @@ UUID UUID::random() {
 }
 
 std::string UUID::text() const {
-    return written(bytes_, "0123456789ABCDEF");
+    return written(bytes_, ASCII::hexDigits);
 }
 
 std::string UUID::lowerText() const {

@@ -1,6 +1,6 @@
 #include "MailCore/Rendering/ElementAttributes.h"
 
-#include "MailCore/Platform/Text.h"
+#include "MailCore/Platform/ASCII.h"
 #include "MailCore/Rendering/Markup.h"
 #include "MailCore/Rendering/NameTable.h"
 
@@ -20,14 +20,13 @@ static_assert(names.size() == static_cast<std::size_t>(AttributeName::count));
 static_assert(std::ranges::is_sorted(names));
 
 constexpr NameTable<names.size()> nameTable([](std::size_t index) { return names[index]; });
-constexpr std::size_t longestName = std::ranges::max_element(names, {}, &std::string_view::size)->size();
-constexpr int mostAttributes = 80;
+constexpr std::size_t largestName = std::ranges::max_element(names, {}, &std::string_view::size)->size();
 
 /// The place in `names` of a name in any case.
 std::optional<std::size_t> indexOf(std::string_view name) noexcept {
-    std::array<char, longestName> buffer{};
+    std::array<char, largestName> buffer{};
     if (name.size() > buffer.size()) return std::nullopt;
-    std::ranges::transform(name, buffer.begin(), [](char byte) { return Text::lowered(byte); });
+    std::ranges::transform(name, buffer.begin(), ASCII::lowered);
     const std::string_view lowered(buffer.data(), name.size());
     return nameTable.find(lowered);
 }
@@ -35,20 +34,17 @@ std::optional<std::size_t> indexOf(std::string_view name) noexcept {
 } // namespace
 
 ElementAttributes::ElementAttributes(std::string_view tag) {
-    Markup::AttributeScanner scanner(tag);
-    for (int count = 0; count < mostAttributes; ++count) {
-        const auto found = scanner.next();
-        if (!found) break;
-        const auto index = indexOf(found->name);
-        if (!index || values_[*index]) continue;
-        std::string_view value = found->value;
+    Markup::visitAttributes(tag, [this](const Markup::RawAttribute& found) {
+        const auto index = indexOf(found.name);
+        if (!index || values_[*index]) return;
+        std::string_view value = found.value;
         if (value.find('&') != std::string_view::npos) {
             Markup::appendDecoded(decoded_.emplace_front(), value);
             value = decoded_.front();
         }
         values_[*index] = value;
         empty_ = false;
-    }
+    });
 }
 
 ElementAttributes::ElementAttributes(const Attributes& attributes) {

@@ -1,16 +1,19 @@
 #pragma once
 
-#include "MailCore/Rendering/MailStyles.h"
-
 #include <array>
 #include <cstddef>
 #include <cstdint>
 #include <forward_list>
+#include <functional>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
 
 namespace MailCore {
+
+/// Attributes of an element: lower-case name → value, entities decoded.
+using Attributes = std::map<std::string, std::string, std::less<>>;
 
 /// The attributes that rendering looks at, in the order of their names.
 enum class AttributeName : std::uint8_t {

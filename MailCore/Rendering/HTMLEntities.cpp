@@ -20,7 +20,7 @@ constexpr auto entities = std::to_array<Entity>({
 static_assert(entities.size() == 2'125);
 static_assert(std::ranges::is_sorted(entities, {}, &Entity::name));
 
-constexpr std::size_t longestName = std::ranges::max_element(entities, {}, [](const Entity& entity) {
+constexpr std::size_t largestName = std::ranges::max_element(entities, {}, [](const Entity& entity) {
                                         return entity.name.size();
                                     })->name.size();
 
@@ -53,7 +53,7 @@ const Slots& slots() noexcept {
 } // namespace
 
 std::string_view named(std::string_view name) noexcept {
-    if (name.empty() || name.size() > longestName) return {};
+    if (name.empty() || name.size() > largestName) return {};
     const Slots& table = slots();
     for (std::size_t slot = slotOf(name); table[slot] != 0; slot = (slot + 1) & (slotCount - 1)) {
         const Entity& entity = entities[table[slot] - 1U];

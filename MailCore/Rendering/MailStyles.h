@@ -1,19 +1,14 @@
 #pragma once
 
-#include <cstdint>
-#include <map>
+#include "MailCore/Rendering/ElementAttributes.h"
+#include "MailCore/Rendering/StyleColors.h"
+
 #include <optional>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 namespace MailCore {
-
-/// Attributes of an element: lower-case name → value, entities decoded.
-using Attributes = std::map<std::string, std::string, std::less<>>;
-
-class ElementAttributes;
 
 /// Keeps what is safe of a message's CSS and makes its colours follow the light and dark themes. One object
 /// lives for the rendering of one message, on one thread. Whatever is not accepted is dropped: a declaration,
@@ -23,12 +18,7 @@ class ElementAttributes;
 /// page's own ink or paper. An operation that is given the same text again gives the same result again.
 class MailStyles {
 public:
-    /// The values of one custom property in the two themes, as in "rgba(255,0,0,1.0)".
-    struct Color {
-        std::string light;
-        std::string dark;
-        bool operator==(const Color&) const = default;
-    };
+    using Color = StyleColors::Color;
 
     /// Adds the acceptable rules of one style sheet, scoped under ".mail-content"; `depth` counts the @media
     /// blocks around it, from 0 to 3. A text over 131,072 bytes is ignored; 512 rules or 131,072 bytes of
@@ -61,18 +51,14 @@ public:
     std::string stylesheet() const;
 
     const std::vector<std::string>& rules() const noexcept { return rules_; }
-    const std::vector<Color>& colors() const noexcept { return colors_; }
+    const std::vector<Color>& colors() const noexcept { return colors_.all(); }
 
 private:
     void addMediaRule(std::string_view prelude, std::string_view block, int depth);
     void addRule(std::string_view prelude, std::string_view block);
-    bool appendDeclaration(std::string& out, std::string_view name, std::string_view value);
-    bool appendColor(std::string& out, std::string_view value, bool background);
-    bool appendBorder(std::string& out, std::string_view value);
 
     std::vector<std::string> rules_;
-    std::vector<Color> colors_;
-    std::unordered_map<std::string, std::size_t> colorIDs_; // light value and kind → place in colors_
+    StyleColors colors_;
     std::size_t ruleBytes_ = 0;
 };
 

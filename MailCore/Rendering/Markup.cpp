@@ -1,7 +1,9 @@
 #include "MailCore/Rendering/Markup.h"
 
-#include "MailCore/MIME/HTMLEscape.h"
+#include "MailCore/Platform/ASCII.h"
+#include "MailCore/Platform/HTMLEscape.h"
 #include "MailCore/Platform/Text.h"
+#include "MailCore/Platform/UTF8.h"
 #include "MailCore/Rendering/HTMLEntities.h"
 
 #include <array>
@@ -12,10 +14,15 @@ namespace MailCore::Markup {
 
 namespace {
 
+using ASCII::isAlphanumeric;
+using ASCII::isDigit;
+using ASCII::isHexDigit;
+using ASCII::isLetter;
+
 constexpr auto npos = std::string_view::npos;
 
 constexpr bool isNameByte(char byte) noexcept {
-    return isLetter(byte) || isDigit(byte) || byte == ':' || byte == '-';
+    return isAlphanumeric(byte) || byte == ':' || byte == '-';
 }
 
 /// Past `[^\s"'=<>`]*` at `at`.
@@ -55,37 +62,19 @@ Reference reference(std::string_view text, std::size_t at) noexcept {
         return {end + 1, {}, value};
     }
     if (!isLetter(text[end])) return none;
-    while (end < text.size() && (isLetter(text[end]) || isDigit(text[end]))) ++end;
+    while (end < text.size() && isAlphanumeric(text[end])) ++end;
     if (end == text.size() || text[end] != ';') return none;
     const std::string_view value = HTMLEntities::named(text.substr(at + 1, end - at - 1));
     if (value.empty()) return none;
     return {end + 1, value, 0};
 }
 
-using SafeHTML::escapes;
-
-constexpr auto isEscaped = [] {
-    std::array<bool, 256> table{};
-    for (std::size_t byte = 0; byte < table.size(); ++byte) table[byte] = !escapes[byte].empty();
-    return table;
-}();
-
-std::size_t nextEscaped(std::string_view text, std::size_t at) noexcept {
-    while (at < text.size() && !isEscaped[static_cast<unsigned char>(text[at])]) ++at;
-    return at;
-}
-
-std::string_view escapeOf(char byte) noexcept {
-    return escapes[static_cast<unsigned char>(byte)];
-}
-
 } // namespace
 
 std::size_t spaceAt(std::string_view text, std::size_t at) noexcept {
     if (at >= text.size()) return 0;
-    const char byte = text[at];
-    if (static_cast<unsigned char>(byte) < 0x80) return byte == ' ' || (byte >= '\t' && byte <= '\r') ? 1 : 0;
-    if ((static_cast<unsigned char>(byte) & 0xC0) == 0x80) return 0; // inside a sequence
+    if (isASCII(text[at])) return ASCII::isSpace(text[at]) ? 1 : 0;
+    if (Text::isContinuation(text[at])) return 0;
     std::size_t end = at;
     return Text::isWhitespace(Text::next(text, end)) ? end - at : 0;
 }
@@ -108,14 +97,14 @@ std::size_t identifierLength(std::string_view text) noexcept {
     if (text.empty() || !(isLetter(text[0]) || text[0] == '_')) return 0;
     std::size_t length = 1;
     while (length < text.size() &&
-           (isLetter(text[length]) || isDigit(text[length]) || text[length] == '_' || text[length] == '-'))
+           (isAlphanumeric(text[length]) || text[length] == '_' || text[length] == '-'))
         ++length;
     return length;
 }
 
 std::optional<std::size_t> foldedName(std::string_view text, std::size_t at, std::string_view name) noexcept {
     for (std::size_t index = 0; index < name.size(); ++index) {
-        if (at < text.size() && Text::lowered(text[at]) == name[index]) {
+        if (at < text.size() && ASCII::lowered(text[at]) == name[index]) {
             ++at;
             continue;
         }
@@ -199,19 +188,10 @@ void appendDecoded(std::string& out, std::string_view text) {
     out.append(text, copied);
 }
 
-void appendEscaped(std::string& out, std::string_view text) {
-    std::size_t copied = 0;
-    for (std::size_t at = nextEscaped(text, 0); at < text.size(); at = nextEscaped(text, at + 1)) {
-        out.append(text, copied, at - copied);
-        out += escapeOf(text[at]);
-        copied = at + 1;
-    }
-    out.append(text, copied);
-}
-
 void appendDecodedEscaped(std::string& out, std::string_view text) {
     std::size_t copied = 0;
-    for (std::size_t at = nextEscaped(text, 0); at < text.size(); at = nextEscaped(text, copied)) {
+    for (std::size_t at = SafeHTML::nextEscaped(text, 0); at < text.size();
+         at = SafeHTML::nextEscaped(text, copied)) {
         out.append(text, copied, at - copied);
         copied = at + 1;
         if (text[at] == '&') {
@@ -219,11 +199,11 @@ void appendDecodedEscaped(std::string& out, std::string_view text) {
                 copied = found.end;
                 std::string number;
                 if (found.name.empty()) Text::append(number, found.codePoint);
-                appendEscaped(out, found.name.empty() ? number : found.name);
+                SafeHTML::appendEscaped(out, found.name.empty() ? number : found.name);
                 continue;
             }
         }
-        out += escapeOf(text[at]);
+        out += SafeHTML::escapeOf(text[at]);
     }
     out.append(text, copied);
 }

@@ -9,16 +9,6 @@
 /// and case folding, first match), in time linear in the text over all calls together.
 namespace MailCore::Markup {
 
-constexpr bool isLetter(char byte) noexcept {
-    return (byte >= 'a' && byte <= 'z') || (byte >= 'A' && byte <= 'Z');
-}
-constexpr bool isDigit(char byte) noexcept {
-    return byte >= '0' && byte <= '9';
-}
-constexpr bool isHexDigit(char byte) noexcept {
-    return isDigit(byte) || (byte >= 'a' && byte <= 'f') || (byte >= 'A' && byte <= 'F');
-}
-
 /// Length in bytes of the `\s` at `at`, 0 when there is none.
 std::size_t spaceAt(std::string_view text, std::size_t at) noexcept;
 /// Past `\s*` at `at`.
@@ -76,12 +66,22 @@ private:
     bool singleQuoteEnds_ = true;
 };
 
+/// Calls `visit(attribute)` for the first 80 attributes of `tag`, the inside of a tag after its name.
+template <typename Visit>
+void visitAttributes(std::string_view tag, Visit visit) {
+    constexpr int mostAttributes = 80;
+    AttributeScanner scanner(tag);
+    for (int count = 0; count < mostAttributes; ++count) {
+        const std::optional<RawAttribute> found = scanner.next();
+        if (!found) return;
+        visit(*found);
+    }
+}
+
 /// Appends `text` with its character references decoded,
 /// `&(?:#(x[0-9a-fA-F]+|[0-9]+)|([a-zA-Z][a-zA-Z0-9]+));`.
 void appendDecoded(std::string& out, std::string_view text);
-/// Appends `text` escaped for HTML content and double-quoted attribute values.
-void appendEscaped(std::string& out, std::string_view text);
-/// Both at once: decoded, then escaped.
+/// Appends `text` decoded, then escaped for HTML content and double-quoted attribute values.
 void appendDecodedEscaped(std::string& out, std::string_view text);
 
 } // namespace MailCore::Markup

@@ -1,5 +1,6 @@
 #include "MailCore/Rendering/ReadableText.h"
 
+#include "MailCore/Platform/ASCII.h"
 #include "MailCore/Rendering/Markup.h"
 #include "MailCore/Rendering/NameTable.h"
 
@@ -14,7 +15,7 @@ namespace MailCore::SafeHTML {
 namespace {
 
 constexpr auto npos = std::string_view::npos;
-constexpr std::size_t deepestQuote = 8; // marks before a line; more say nothing more
+constexpr std::size_t mostQuoteMarks = 8; // marks before a line; more say nothing more
 
 enum class Layout : std::uint8_t {
     block,        // begins and ends a line
@@ -52,10 +53,6 @@ static_assert(std::ranges::is_sorted(elements, {}, &Element::name));
 
 constexpr NameTable<elements.size()> elementTable([](std::size_t index) { return elements[index].name; });
 
-constexpr bool isSpace(char byte) noexcept {
-    return byte == ' ' || (byte >= '\t' && byte <= '\r');
-}
-
 std::string_view attributeOf(std::string_view tag, std::string_view name) noexcept {
     Markup::AttributeScanner scanner(tag);
     while (const auto found = scanner.next())
@@ -90,10 +87,10 @@ public:
     void addFlowing(std::string_view text) {
         for (std::size_t at = 0; at < text.size();) {
             const std::size_t start = at;
-            while (at < text.size() && isSpace(text[at])) ++at;
+            while (at < text.size() && ASCII::isSpace(text[at])) ++at;
             if (at > start) space_ = true;
             const std::size_t word = at;
-            while (at < text.size() && !isSpace(text[at])) ++at;
+            while (at < text.size() && !ASCII::isSpace(text[at])) ++at;
             if (at == word) continue;
             begin();
             text_.append(text, word, at - word);
@@ -138,7 +135,7 @@ private:
         breaks_ = 0;
         cell_ = space_ = false;
     }
-    std::string quoteMark() const { return std::string(std::min(quotes_, deepestQuote), '>'); }
+    std::string quoteMark() const { return std::string(std::min(quotes_, mostQuoteMarks), '>'); }
 
     std::string text_;
     int breaks_ = 0;     // line ends owed before what comes next
@@ -179,10 +176,11 @@ private:
         if (text.empty() || (!open_.empty() && open_.back().hidden)) return;
         scratch_.clear();
         Markup::appendDecoded(scratch_, text);
-        if (!open_.empty() && open_.back().written)
+        if (!open_.empty() && open_.back().written) {
             lines_.addWritten(scratch_);
-        else
+        } else {
             lines_.addFlowing(scratch_);
+        }
     }
 
     void tag(std::string_view inside) {

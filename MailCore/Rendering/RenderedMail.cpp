@@ -1,5 +1,6 @@
 #include "MailCore/Rendering/RenderedMail.h"
 
+#include "Lock/ContentPolicy.h"
 #include "MailCore/Rendering/ShortestNumber.h"
 
 #include <fmt/format.h>
@@ -10,13 +11,12 @@ namespace MailCore {
 
 namespace {
 
-// From the end of the root element's style attribute to the font size. Nothing may be fetched but data:
-// images and inline styles.
-constexpr std::string_view headAndPalettes =
+// From the end of the root element's style attribute to the policy, and from there to the font size.
+constexpr std::string_view head =
     R"("><head><meta charset="utf-8"><meta name="viewport" content="width=device-width,initial-scale=1">)"
-    R"(<meta http-equiv="Content-Security-Policy" content="default-src 'none'; img-src data:; )"
-    R"(style-src 'unsafe-inline'; script-src 'none'; connect-src 'none'; frame-src 'none'; )"
-    R"(object-src 'none'; base-uri 'none'; form-action 'none'"><style>)"
+    R"(<meta http-equiv="Content-Security-Policy" content=")";
+constexpr std::string_view palettes =
+    R"("><style>)"
     "\n"
     ":root{color-scheme:light "
     "dark;--ink:#252629;--muted:#74777d;--line:#e3e5e8;--quote:#f4f5f7;--link:#2864be}"
@@ -25,7 +25,6 @@ constexpr std::string_view headAndPalettes =
     "\n"
     "*{box-sizing:border-box}html,body{margin:0;background:var(--paper);color:var(--ink)}"
     "body{padding:12px 0 32px;font:";
-static_assert(headAndPalettes.size() == 653);
 
 // From the font size to the message's own styles.
 constexpr std::string_view baseStyles =
@@ -45,7 +44,6 @@ constexpr std::string_view baseStyles =
     ".image-placeholder{color:var(--muted);font-size:.85em}ul,ol{padding-left:1.6em}li{margin:.25em 0}"
     "\n"
     R"(</style><style id="mail-styles">)";
-static_assert(baseStyles.size() == 1'009);
 
 } // namespace
 
@@ -59,7 +57,9 @@ std::string RenderedMail::page(bool dark, double scale, std::optional<std::uint3
     page += backgroundRGB ? fmt::format("#{:06X}", *backgroundRGB & 0xFFFFFF) : dark ? "#232426" : "#FFFFFF";
     page += ";--mail-scale:";
     appendShortest(page, scale);
-    page += headAndPalettes;
+    page += head;
+    page += contentPolicyText();
+    page += palettes;
     appendShortest(page, scale * baseFontSize);
     page += baseStyles;
     page += stylesheet;

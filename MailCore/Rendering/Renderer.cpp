@@ -1,15 +1,19 @@
 #include "MailCore/MIME/Base64.h"
+#include "MailCore/Platform/ASCII.h"
+#include "MailCore/Platform/Characters.h"
+#include "MailCore/Platform/HTMLEscape.h"
 #include "MailCore/Platform/Text.h"
 #include "MailCore/Rendering/ElementAttributes.h"
+#include "MailCore/Rendering/InlineImages.h"
+#include "MailCore/Rendering/MailStyles.h"
 #include "MailCore/Rendering/Markup.h"
 #include "MailCore/Rendering/NameTable.h"
 #include "MailCore/Rendering/SafeHTML.h"
+#include "MailCore/Rendering/SeenTexts.h"
 
 #include <algorithm>
 #include <array>
-#include <charconv>
-#include <cstring>
-#include <unordered_map>
+#include <vector>
 
 namespace MailCore::SafeHTML {
 
@@ -17,14 +21,12 @@ namespace {
 
 using Markup::ClosingTags;
 
-constexpr std::size_t inputLimit = 4'194'304;  // characters
-constexpr std::size_t outputLimit = 8'388'608; // bytes
-constexpr int tagsLimit = 50'000;
-constexpr std::size_t openLimit = 100;
-constexpr std::size_t imageLimit = 4'194'304;     // bytes, of one image
-constexpr std::size_t allImagesLimit = 4'194'304; // bytes, of all images of a message
-constexpr int classesLimit = 24;
-constexpr std::size_t classLimit = 100; // bytes
+constexpr std::size_t mostCharacters = 4'194'304; // characters
+constexpr std::size_t largestBody = 8'388'608;    // bytes
+constexpr int mostTags = 50'000;
+constexpr std::size_t mostOpen = 100;
+constexpr int mostClasses = 24;
+constexpr std::size_t largestClass = 100; // bytes
 constexpr auto npos = std::string_view::npos;
 
 enum class Role : std::uint8_t {
@@ -77,7 +79,7 @@ static_assert(std::ranges::count(elements, Role::kept, &Element::role) +
 
 using ElementID = std::uint8_t; // a place in `elements`
 
-constexpr std::size_t longestName =
+constexpr std::size_t largestName =
     std::ranges::max(elements, {}, [](const Element& element) { return element.name.size(); }).name.size();
 
 constexpr NameTable<elements.size()> elementTable([](std::size_t index) { return elements[index].name; });
@@ -96,9 +98,9 @@ std::string_view writtenName(ElementID id) noexcept {
 
 /// The element with this name in any case, nothing when rendering knows none.
 std::optional<ElementID> elementNamed(std::string_view name) noexcept {
-    std::array<char, longestName> buffer{};
+    std::array<char, largestName> buffer{};
     if (name.empty() || name.size() > buffer.size()) return std::nullopt;
-    std::ranges::transform(name, buffer.begin(), [](char byte) { return Text::lowered(byte); });
+    std::ranges::transform(name, buffer.begin(), ASCII::lowered);
     const std::string_view lowered(buffer.data(), name.size());
     const auto index = elementTable.find(lowered);
     if (!index) return std::nullopt;
@@ -107,11 +109,11 @@ std::optional<ElementID> elementNamed(std::string_view name) noexcept {
 
 std::size_t nameLength(std::string_view tag) noexcept {
     std::size_t length = 0;
-    while (length < tag.size() && (Markup::isLetter(tag[length]) || Markup::isDigit(tag[length]))) ++length;
+    while (length < tag.size() && ASCII::isAlphanumeric(tag[length])) ++length;
     return length;
 }
 
-/// Where the tag that begins before `at` ends, past quoted runs; npos when it does not.
+/// The end of the tag that begins before `at`, past quoted runs; npos when there is none.
 std::size_t tagEnd(std::string_view html, std::size_t at) noexcept {
     while (at < html.size()) {
         const char byte = html[at];
@@ -125,73 +127,12 @@ std::size_t tagEnd(std::string_view html, std::size_t at) noexcept {
     return npos;
 }
 
-/// `text` with its percent escapes undone; as it is when one is broken or the result is no UTF-8.
-std::string percentDecoded(std::string_view text) {
-    std::string result;
-    for (std::size_t at = 0; at < text.size(); ++at) {
-        if (text[at] != '%') {
-            result += text[at];
-            continue;
-        }
-        unsigned value = 0;
-        if (text.size() - at < 3 || !Markup::isHexDigit(text[at + 1]) || !Markup::isHexDigit(text[at + 2]))
-            return std::string(text);
-        std::from_chars(text.data() + at + 1, text.data() + at + 3, value, 16);
-        result += static_cast<char>(static_cast<unsigned char>(value));
-        at += 2;
-    }
-    return Text::isValid(bytesOf(result)) ? result : std::string(text);
-}
-
-/// What was written for texts seen before: the same tag or style attribute gives the same output again. Holds
-/// only places, in the document and in the body; a newer text takes the place of an older one.
-template <std::size_t size>
-class SeenTexts {
-public:
-    struct Output {
-        std::size_t start = 0; // in the body
-        std::size_t length = 0;
-        ElementID element = 0;
-    };
-
-    const Output* find(std::string_view text) const noexcept {
-        if (text.empty()) return nullptr;
-        const Entry& entry = entries_[slot(text)];
-        return entry.text == text ? &entry.output : nullptr;
-    }
-    void remember(std::string_view text, const Output& output) noexcept {
-        if (!text.empty()) entries_[slot(text)] = {text, output};
-    }
-
-private:
-    struct Entry {
-        std::string_view text;
-        Output output;
-    };
-
-    static std::size_t slot(std::string_view text) noexcept {
-        std::uint64_t first = 0;
-        std::uint64_t middle = 0;
-        std::uint64_t last = 0;
-        const std::size_t taken = std::min<std::size_t>(text.size(), 8);
-        std::memcpy(&first, text.data(), taken);
-        std::memcpy(&middle, text.data() + (text.size() - taken) / 2, taken);
-        std::memcpy(&last, text.data() + text.size() - taken, taken);
-        std::uint64_t hash = (first ^ text.size()) * 0x9E3779B97F4A7C15U;
-        hash = (hash ^ hash >> 29 ^ middle) * 0xBF58476D1CE4E5B9U;
-        hash = (hash ^ hash >> 32 ^ last) * 0x94D049BB133111EBU;
-        return static_cast<std::size_t>(hash >> 40) % size;
-    }
-
-    std::array<Entry, size> entries_{};
-};
-
 /// One rendering. Pieces are written at the end of `body_` and taken back when they make it too long.
 class Renderer {
 public:
     explicit Renderer(const MailMessage& message)
-        : message_(message), html_(Text::prefix(message.html, inputLimit)) {
-        body_.reserve(std::min(html_.size() + html_.size() / 4, outputLimit));
+        : html_(Text::prefix(message.html, mostCharacters)), images_(message) {
+        body_.reserve(std::min(html_.size() + html_.size() / 4, largestBody));
     }
 
     RenderedMail run() {
@@ -201,6 +142,13 @@ public:
     }
 
 private:
+    /// What was written for a text of the document, and for which element.
+    struct Written {
+        std::size_t start = 0; // in the body
+        std::size_t length = 0;
+        ElementID element = 0;
+    };
+
     void scan();
     bool tag(std::string_view inside);
     void openingTag(ElementID id, std::string_view inside, std::string_view attributes);
@@ -216,19 +164,14 @@ private:
     void writeLink(std::string_view href);
     void writeImage(const ElementAttributes& attributes);
 
-    const MailAttachment* inlineImage(const ElementAttributes& attributes, std::string_view& type);
-    const MailAttachment* attachment(std::string_view contentID);
-    std::string_view safeType(const MailAttachment& attachment);
-
     /// Ends the piece that began at `start`; false when it was taken back because it is too long.
     bool finish(std::size_t start) {
-        if (body_.size() <= outputLimit) return true;
+        if (body_.size() <= largestBody) return true;
         body_.resize(start);
         complete_ = false;
         return false;
     }
 
-    const MailMessage& message_;
     std::string_view html_;
     std::size_t at_ = 0;
     std::string body_;
@@ -236,22 +179,17 @@ private:
     MailStyles styles_;
     std::vector<ElementID> open_;
     int tags_ = 0;
-    std::size_t imageBytes_ = 0;
-
-    std::unordered_map<std::string_view, std::size_t>
-        attachments_; // content ID → place, filled when first needed
-    std::vector<std::optional<std::string_view>>
-        safeTypes_; // of attachments looked at: a media type, or empty
+    InlineImages images_;
 
     std::array<std::optional<ClosingTags>, elements.size()> closings_;
-    SeenTexts<512> seenTags_;
-    SeenTexts<256> seenStyles_;
+    SeenTexts<Written, 512> seenTags_;
+    SeenTexts<Written, 256> seenStyles_;
     bool complete_ = true; // nothing was taken back, so what was seen stands where it was written
     std::string scratch_;
 };
 
 void Renderer::scan() {
-    while (at_ < html_.size() && tags_ < tagsLimit && body_.size() < outputLimit) {
+    while (at_ < html_.size() && tags_ < mostTags && body_.size() < largestBody) {
         const std::size_t open = std::min(html_.find('<', at_), html_.size());
         const std::size_t start = body_.size();
         Markup::appendDecodedEscaped(body_, html_.substr(at_, open - at_));
@@ -266,7 +204,7 @@ void Renderer::scan() {
         const std::size_t end = tagEnd(html_, open + 1);
         if (end == npos) {
             const std::size_t rest = body_.size();
-            Markup::appendEscaped(body_, html_.substr(open));
+            appendEscaped(body_, html_.substr(open));
             finish(rest);
             return;
         }
@@ -284,7 +222,7 @@ bool Renderer::tag(std::string_view inside) {
         return true;
     }
     if (const auto* seen = complete_ ? seenTags_.find(inside) : nullptr) {
-        if (open_.size() >= openLimit) return true;
+        if (open_.size() >= mostOpen) return true;
         const std::size_t start = body_.size();
         body_.append(body_, seen->start, seen->length);
         finish(start);
@@ -296,7 +234,7 @@ bool Renderer::tag(std::string_view inside) {
     if (!id) return true;
     const Role role = elements[*id].role;
     if (role == Role::removed || role == Role::ending) return removedElement(*id) || role == Role::removed;
-    if (open_.size() < openLimit) openingTag(*id, inside, inside.substr(length));
+    if (open_.size() < mostOpen) openingTag(*id, inside, inside.substr(length));
     return true;
 }
 
@@ -373,7 +311,7 @@ void Renderer::writeStyle(ElementID id, const ElementAttributes& attributes) {
     const std::size_t valueStart = body_.size();
     scratch_.clear();
     styles_.appendPresentation(scratch_, attributes, elements[id].name);
-    Markup::appendEscaped(body_, scratch_);
+    appendEscaped(body_, scratch_);
     if (const auto text = attributes[AttributeName::style]) {
         const std::size_t presentationEnd = body_.size();
         if (presentationEnd > valueStart) body_ += ';';
@@ -383,7 +321,7 @@ void Renderer::writeStyle(ElementID id, const ElementAttributes& attributes) {
         } else {
             scratch_.clear();
             styles_.appendDeclarations(scratch_, *text);
-            Markup::appendEscaped(body_, scratch_);
+            appendEscaped(body_, scratch_);
             // A text in the document stays; one whose references were decoded is gone with the tag. The
             // attributes of an image may be taken back.
             const bool stays = text->data() >= html_.data() && text->data() < html_.data() + html_.size();
@@ -401,12 +339,12 @@ void Renderer::writeStyle(ElementID id, const ElementAttributes& attributes) {
 void Renderer::writeClasses(std::string_view classes) {
     const std::size_t start = body_.size();
     std::size_t at = Markup::skipSpaces(classes, 0);
-    for (int count = 0; count < classesLimit && at < classes.size(); ++count) {
+    for (int count = 0; count < mostClasses && at < classes.size(); ++count) {
         const std::size_t wordStart = at;
         while (at < classes.size() && Markup::spaceAt(classes, at) == 0) ++at;
         const std::string_view word = classes.substr(wordStart, at - wordStart);
         at = Markup::skipSpaces(classes, at);
-        if (word.size() > classLimit || Markup::identifierLength(word) != word.size()) continue;
+        if (word.size() > largestClass || Markup::identifierLength(word) != word.size()) continue;
         body_ += body_.size() == start ? " class=\"m-" : " m-";
         body_ += word;
     }
@@ -434,58 +372,24 @@ void Renderer::writeLink(std::string_view href) {
 
 void Renderer::writeImage(const ElementAttributes& attributes) {
     const std::string_view alternative = attributes[AttributeName::alt].value_or(std::string_view());
-    std::string_view type;
-    const MailAttachment* source = inlineImage(attributes, type);
+    const auto address = attributes[AttributeName::src];
+    const auto shown = address ? images_.take(*address) : std::nullopt;
     const std::size_t start = body_.size();
     body_ += "<img";
     writeAttributes(image, attributes); // for a placeholder too: its colours are numbered all the same
-    if (source == nullptr) {
+    if (!shown) {
         body_.resize(start);
         body_ += "<span class=\"image-placeholder\">";
-        Markup::appendEscaped(body_, alternative);
+        appendEscaped(body_, alternative);
         body_ += "</span>";
         finish(start);
         return;
     }
     body_ += " alt=\"";
-    Markup::appendEscaped(body_, alternative);
-    body_.append("\" src=\"data:").append(type).append(";base64,");
-    body_.append(Base64::encode(source->bytes)).append("\">");
+    appendEscaped(body_, alternative);
+    body_.append("\" src=\"data:").append(shown->type).append(";base64,");
+    body_.append(Base64::encode(shown->bytes)).append("\">");
     finish(start);
-    imageBytes_ += source->bytes.size();
-}
-
-/// The attachment that an image shows, with its media type; null when it is not to be inlined.
-const MailAttachment* Renderer::inlineImage(const ElementAttributes& attributes, std::string_view& type) {
-    constexpr std::string_view scheme = "cid:";
-    const auto source = attributes[AttributeName::src];
-    if (!source || !Text::equalsIgnoringCase(source->substr(0, scheme.size()), scheme)) return nullptr;
-    const MailAttachment* found = attachment(percentDecoded(source->substr(scheme.size())));
-    if (found == nullptr || found->bytes.size() > imageLimit) return nullptr;
-    if (found->bytes.size() > allImagesLimit - imageBytes_) return nullptr;
-    type = safeType(*found);
-    return type.empty() ? nullptr : found;
-}
-
-/// The first attachment with this content ID; null when there is none.
-const MailAttachment* Renderer::attachment(std::string_view contentID) {
-    if (safeTypes_.empty()) {
-        safeTypes_.resize(message_.attachments.size());
-        for (std::size_t index = 0; index < message_.attachments.size(); ++index)
-            attachments_.try_emplace(message_.attachments[index].contentID, index);
-    }
-    const auto found = attachments_.find(contentID);
-    return found == attachments_.end() ? nullptr : &message_.attachments[found->second];
-}
-
-/// The media type of an attachment that is a safe image, else empty; each is inspected once.
-std::string_view Renderer::safeType(const MailAttachment& attachment) {
-    auto& known = safeTypes_[static_cast<std::size_t>(&attachment - message_.attachments.data())];
-    if (!known) {
-        const auto type = rasterType(attachment.bytes);
-        known = type && safeRaster(attachment.bytes) ? *type : std::string_view();
-    }
-    return *known;
 }
 
 } // namespace
@@ -494,7 +398,7 @@ RenderedMail render(const MailMessage& message) {
     if (!message.html.empty()) return Renderer(message).run();
     RenderedMail result;
     result.body = "<div class=\"plain\">";
-    Markup::appendEscaped(result.body, message.plain);
+    appendEscaped(result.body, message.plain);
     result.body += "</div>";
     return result;
 }

@@ -1,7 +1,9 @@
 #include "MailCore/Rendering/SafeHTML.h"
 
+#include "MailCore/Platform/ASCII.h"
 #include "MailCore/Platform/ImageHeader.h"
 #include "MailCore/Platform/Text.h"
+#include "MailCore/Platform/UTF8.h"
 #include "MailCore/Rendering/Markup.h"
 
 #include <unicode/uchar.h>
@@ -12,9 +14,8 @@ namespace {
 
 using Markup::ClosingTags;
 
-constexpr std::size_t searchLimit = 4'194'304; // bytes
-constexpr int mostAttributes = 80;
-constexpr std::uint32_t longestSide = 8'192; // pixels
+constexpr std::size_t largestSearched = 4'194'304; // bytes
+constexpr std::uint32_t mostPixelsPerSide = 8'192; // pixels
 constexpr std::uint64_t mostPixels = 12'000'000;
 constexpr auto npos = std::string_view::npos;
 
@@ -70,8 +71,8 @@ private:
     bool inTag_ = false;
 };
 
-/// Where `(?is)<(script|style|head)\b[^>]*>.*?</\1\s*>` ends when it begins at `at`, where "<" stands, with
-/// the one name that `closing` looks for; 0 when it does not match. A ">" follows somewhere.
+/// The end of the match of `(?is)<(script|style|head)\b[^>]*>.*?</\1\s*>` at `at`, where "<" stands, with the
+/// one name that `closing` looks for; 0 when there is none. A ">" follows somewhere.
 std::size_t unsearchedEnd(std::string_view html, std::size_t at, ClosingTags& closing) noexcept {
     if (closing.exhausted()) return 0; // so that at most one search for ">" is in vain
     const auto nameEnd = Markup::foldedName(html, at + 1, closing.name());
@@ -83,8 +84,7 @@ std::size_t unsearchedEnd(std::string_view html, std::size_t at, ClosingTags& cl
 /// Whether the name of a script, style or head may begin with `byte`: its letters in either case, or a
 /// variant of "s" outside ASCII.
 constexpr bool mayBeginUnsearched(char byte) noexcept {
-    return byte == 's' || byte == 'S' || byte == 'h' || byte == 'H' ||
-           static_cast<unsigned char>(byte) >= 0x80;
+    return byte == 's' || byte == 'S' || byte == 'h' || byte == 'H' || !isASCII(byte);
 }
 
 std::string textOf(std::string_view html) {
@@ -114,8 +114,8 @@ std::string textOf(std::string_view html) {
 } // namespace
 
 std::string searchableText(std::string_view html) {
-    if (html.size() <= searchLimit) return textOf(html);
-    return textOf(Text::repaired(bytesOf(html.substr(0, searchLimit))));
+    if (html.size() <= largestSearched) return textOf(html);
+    return textOf(Text::repaired(bytesOf(html.substr(0, largestSearched))));
 }
 
 std::string entities(std::string_view text) {
@@ -127,13 +127,10 @@ std::string entities(std::string_view text) {
 
 Attributes attributes(std::string_view text) {
     Attributes result;
-    Markup::AttributeScanner scanner(text);
-    for (int count = 0; count < mostAttributes; ++count) {
-        const auto found = scanner.next();
-        if (!found) break;
-        const auto [place, isFirst] = result.try_emplace(Text::lowered(found->name));
-        if (isFirst) Markup::appendDecoded(place->second, found->value);
-    }
+    Markup::visitAttributes(text, [&result](const Markup::RawAttribute& found) {
+        const auto [place, isFirst] = result.try_emplace(Text::lowered(found.name));
+        if (isFirst) Markup::appendDecoded(place->second, found.value);
+    });
     return result;
 }
 
@@ -148,8 +145,8 @@ std::optional<std::string_view> rasterType(ByteView data) noexcept {
 bool safeRaster(ByteView data) noexcept {
     const auto header = imageHeader(data);
     if (!header || header->frames != 1) return false;
-    if (header->width < 1 || header->width > longestSide) return false;
-    if (header->height < 1 || header->height > longestSide) return false;
+    if (header->width < 1 || header->width > mostPixelsPerSide) return false;
+    if (header->height < 1 || header->height > mostPixelsPerSide) return false;
     return std::uint64_t{header->width} * header->height <= mostPixels;
 }
 

@@ -1,8 +1,7 @@
 #pragma once
 
-#include "MailCore/MIME/HTMLEscape.h"
 #include "MailCore/Model/MailMessage.h"
-#include "MailCore/Rendering/MailStyles.h"
+#include "MailCore/Rendering/ElementAttributes.h"
 #include "MailCore/Rendering/RenderedMail.h"
 
 #include <optional>

@@ -1,3 +1,5 @@
+#include "MailCore/Platform/ASCII.h"
+#include "MailCore/Platform/PercentEncoding.h"
 #include "MailCore/Platform/Text.h"
 #include "MailCore/Platform/URL.h"
 #include "MailCore/Rendering/Markup.h"
@@ -14,47 +16,22 @@ namespace MailCore::SafeHTML {
 
 namespace {
 
-constexpr std::size_t longestLink = 8'192;
+constexpr std::size_t largestLink = 8'192;
 constexpr auto npos = std::string_view::npos;
 
 constexpr auto schemes = std::to_array<std::string_view>({"http", "https", "mailto", "sms", "tel"});
 
-bool isASCII(std::string_view text) noexcept {
-    return std::ranges::none_of(text, [](char byte) { return static_cast<unsigned char>(byte) >= 0x80; });
-}
-
-/// Whether a percent sign at `at` begins an escape (RFC 3986 §2.1).
-bool isEscape(std::string_view text, std::size_t at) noexcept {
-    return text.size() - at > 2 && Markup::isHexDigit(text[at + 1]) && Markup::isHexDigit(text[at + 2]);
-}
-
-using ByteSet = std::array<bool, 256>;
-
-constexpr ByteSet alphanumericsAnd(std::string_view others) {
-    ByteSet set{};
-    for (std::size_t byte = 0; byte < set.size(); ++byte) {
-        const char character = static_cast<char>(byte);
-        set[byte] =
-            Markup::isLetter(character) || Markup::isDigit(character) || others.find(character) != npos;
-    }
-    return set;
-}
-
-constexpr bool contains(const ByteSet& set, char byte) noexcept {
-    return set[static_cast<unsigned char>(byte)];
-}
-
 // RFC 3986 §2 and §3: unreserved characters and sub-delimiters, and what may stand behind the host besides.
-constexpr ByteSet hostBytes = alphanumericsAnd("-._~!$&'()*+,;=");
-constexpr ByteSet pathBytes = alphanumericsAnd("-._~!$&'()*+,;=:@/?[]");
+constexpr auto hostBytes = UnescapedBytes::alphanumericsAnd("-._~!$&'()*+,;=");
+constexpr auto pathBytes = UnescapedBytes::alphanumericsAnd("-._~!$&'()*+,;=:@/?[]");
 
 /// The lower-case scheme of an address; empty when it does not begin with one.
 std::string schemeOf(std::string_view address) {
     const std::size_t colon = address.find(':');
-    if (colon == npos || !Markup::isLetter(address[0])) return {};
+    if (colon == npos || !ASCII::isLetter(address[0])) return {};
     const std::string_view scheme = address.substr(0, colon);
     const bool valid = std::ranges::all_of(scheme, [](char byte) {
-        return Markup::isLetter(byte) || Markup::isDigit(byte) || byte == '+' || byte == '-' || byte == '.';
+        return ASCII::isAlphanumeric(byte) || byte == '+' || byte == '-' || byte == '.';
     });
     return valid ? Text::lowered(scheme) : std::string();
 }
@@ -91,7 +68,7 @@ std::optional<std::string> keptAuthority(std::string_view authority) {
         if (host.empty()) return std::nullopt;
     }
     for (std::size_t at = 0; at < host.size(); ++at) {
-        if (!contains(hostBytes, host[at]) && !(host[at] == '%' && isEscape(host, at))) return std::nullopt;
+        if (!hostBytes.contain(host[at]) && !isPercentEscape(host, at)) return std::nullopt;
     }
     const std::string_view port = authority.substr(colon);
     if (!port.empty() && port.find_first_not_of("0123456789", 1) != npos) return std::nullopt;
@@ -101,20 +78,16 @@ std::optional<std::string> keptAuthority(std::string_view authority) {
 /// Appends path, query and fragment with what they may not hold percent-encoded; escapes stay. Brackets stay
 /// too, as they do in every browser.
 void appendEncoded(std::string& out, std::string_view text) {
-    constexpr std::string_view digits = "0123456789ABCDEF";
     bool inFragment = false;
     for (std::size_t at = 0; at < text.size(); ++at) {
         const char byte = text[at];
         const bool startsFragment = byte == '#' && !inFragment;
         inFragment = inFragment || startsFragment;
-        if (contains(pathBytes, byte) || startsFragment || (byte == '%' && isEscape(text, at))) {
+        if (pathBytes.contain(byte) || startsFragment || isPercentEscape(text, at)) {
             out += byte;
-            continue;
+        } else {
+            appendPercentEscape(out, byte);
         }
-        const auto value = static_cast<unsigned char>(byte);
-        out += '%';
-        out += digits[value >> 4];
-        out += digits[value & 15];
     }
 }
 
@@ -122,7 +95,7 @@ void appendEncoded(std::string& out, std::string_view text) {
 
 std::optional<std::string> safeLink(std::string_view value) {
     const auto isControl = [](char byte) { return static_cast<unsigned char>(byte) < 0x20 || byte == 0x7F; };
-    if (value.empty() || value.size() > longestLink || std::ranges::any_of(value, isControl))
+    if (value.empty() || value.size() > largestLink || std::ranges::any_of(value, isControl))
         return std::nullopt;
     const std::string scheme = schemeOf(value);
     if (std::ranges::find(schemes, scheme) == schemes.end()) return std::nullopt;

@@ -1,6 +1,6 @@
 #include "MailCore/Search/CaseFolding.h"
 
-#include "MailCore/Platform/Text.h"
+#include "MailCore/Platform/ASCII.h"
 
 #include <unicode/normalizer2.h>
 #include <unicode/uchar.h>
@@ -11,7 +11,6 @@
 
 #include <algorithm>
 #include <array>
-#include <cstring>
 #include <limits>
 #include <span>
 #include <stdexcept>
@@ -55,9 +54,8 @@ Elements computed(char32_t codePoint) {
         }
         icu::UnicodeString letters(character);
         letters.foldCase();
-        for (int32_t letter = 0; letter < letters.length(); letter = letters.moveIndex32(letter, 1)) {
+        for (int32_t letter = 0; letter < letters.length(); letter = letters.moveIndex32(letter, 1))
             result.emplace_back(static_cast<char32_t>(letters.char32At(letter)), combiningClass, letter == 0);
-        }
     }
     return result;
 }
@@ -120,16 +118,8 @@ const Table& table() {
     return filled;
 }
 
-constexpr bool isASCII(char byte) noexcept {
-    return static_cast<unsigned char>(byte) < 0x80;
-}
-
 char32_t decoded(std::string_view text, std::size_t& at) noexcept {
-    const auto byte = static_cast<unsigned char>(text[at]);
-    if (byte < 0x80) {
-        ++at;
-        return byte;
-    }
+    if (isASCII(text[at])) return static_cast<unsigned char>(text[at++]);
     const auto* const bytes = reinterpret_cast<const std::uint8_t*>(text.data());
     UChar32 codePoint = 0;
     U8_NEXT_OR_FFFD(bytes, at, text.size(), codePoint);
@@ -236,13 +226,7 @@ Folder::Folder(std::string_view text, Rules rules) : text_(text), rules_(rules) 
 
 std::string_view Folder::passASCII() noexcept {
     const std::size_t start = at_;
-    std::uint64_t word = 0;
-    while (text_.size() - at_ > sizeof word) {
-        std::memcpy(&word, text_.data() + at_, sizeof word);
-        if ((word & 0x8080808080808080U) != 0) break;
-        at_ += sizeof word;
-    }
-    while (at_ < text_.size() && isASCII(text_[at_])) ++at_;
+    at_ += asciiRun(text_.substr(at_));
     if (at_ < text_.size() && at_ > start) --at_; // a mark may follow
     if (at_ > start) nextEnd_ = 0;
     return text_.substr(start, at_ - start);
@@ -271,8 +255,9 @@ bool Folder::next() {
         combine(letter, codePoint, start);
         elements_ = unit_;
     } else if (letter.empty()) {
-        const char32_t value =
-            codePoint < 0x80 ? static_cast<char32_t>(Text::lowered(static_cast<char>(codePoint))) : codePoint;
+        const char32_t value = codePoint < 0x80
+                                   ? static_cast<char32_t>(ASCII::lowered(static_cast<char>(codePoint)))
+                                   : codePoint;
         single_ = Element(value, 0, true);
         elements_ = {&single_, 1};
     } else {
@@ -290,7 +275,7 @@ void Folder::combine(std::span<const Element> letter, char32_t codePoint, std::s
         const bool isPiece = isJamo(codePoint) && splitsSyllable(text_, start);
         const bool keepsCase = codePoint >= 0x80 || codePoint == 'I';
         const char32_t value =
-            keepsCase ? codePoint : static_cast<char32_t>(Text::lowered(static_cast<char>(codePoint)));
+            keepsCase ? codePoint : static_cast<char32_t>(ASCII::lowered(static_cast<char>(codePoint)));
         unit_.emplace_back(value, std::uint8_t{0}, !isPiece);
     }
     while (at_ < text_.size() && isMark(nextElements_)) {
@@ -317,14 +302,13 @@ Elements folded(std::string_view text, Rules rules) {
 }
 
 bool splitsSyllable(std::string_view text, std::size_t place) noexcept {
-    if (place == 0 || place >= text.size() || static_cast<unsigned char>(text[place - 1]) < 0x80)
-        return false;
+    if (place == 0 || place >= text.size() || isASCII(text[place - 1])) return false;
     const char32_t before = codePointBefore(text, place);
     return isInsideHangul(before, decoded(text, place));
 }
 
 bool goesOn(std::string_view text, std::size_t place) noexcept {
-    if (place >= text.size() || static_cast<unsigned char>(text[place]) < 0x80) return false;
+    if (place >= text.size() || isASCII(text[place])) return false;
     std::size_t end = place;
     const char32_t after = decoded(text, end);
     const auto afterICU = static_cast<UChar32>(after);

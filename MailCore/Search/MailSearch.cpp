@@ -1,5 +1,6 @@
 #include "MailCore/Search/MailSearch.h"
 
+#include "MailCore/MIME/MIME.h"
 #include "MailCore/Model/MailError.h"
 #include "MailCore/Rendering/SafeHTML.h"
 #include "MailCore/Search/TextQuery.h"

@@ -37,7 +37,7 @@ public:
     std::size_t size() const noexcept { return bytes_.size(); }
 
 private:
-    /// How many of the bytes `text`, which is long enough, begins with.
+    /// How many of the bytes stand at the start of `text`, which is long enough.
     std::size_t sameBytes(std::string_view text) const noexcept {
         std::size_t same = 0;
         while (same < bytes_.size() && static_cast<char>(text[same] | ignored_[same]) == bytes_[same]) ++same;

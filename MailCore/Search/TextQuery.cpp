@@ -1,6 +1,8 @@
 #include "MailCore/Search/TextQuery.h"
 
+#include "MailCore/Platform/ASCII.h"
 #include "MailCore/Platform/Text.h"
+#include "MailCore/Platform/UTF8.h"
 
 #include <unicode/normalizer2.h>
 #include <unicode/uchar.h>
@@ -21,29 +23,7 @@ using CaseFolding::Variant;
 namespace {
 
 constexpr std::size_t mostVariants = 24;
-constexpr std::size_t longQuery = 256; // elements
-
-constexpr bool isASCII(char byte) noexcept {
-    return static_cast<unsigned char>(byte) < 0x80;
-}
-
-bool isASCII(std::string_view text) noexcept {
-    constexpr std::size_t block = 64;
-    std::size_t at = 0;
-    for (; text.size() - at >= block; at += block) {
-        unsigned char bits = 0;
-        for (std::size_t index = 0; index < block; ++index)
-            bits = static_cast<unsigned char>(bits | static_cast<unsigned char>(text[at + index]));
-        if (bits >= 0x80) return false;
-    }
-    return std::ranges::all_of(text.substr(at), [](char byte) { return isASCII(byte); });
-}
-
-std::string utf8(char32_t codePoint) {
-    std::string text;
-    Text::append(text, codePoint);
-    return text;
-}
+constexpr std::size_t mostElementsCompared = 256; // of longer queries only their letters are looked at
 
 /// The elements as composed text (NFC).
 std::u32string composed(const Elements& elements) {
@@ -147,7 +127,7 @@ void TextQuery::prepareVariants(std::u32string_view plain) {
     std::u32string found;
     for (const Variant& variant : CaseFolding::variants()) {
         if (!mayBePart(variant.elements, values)) continue;
-        if (folded_.size() <= longQuery && !mayBePart(variant.elements, folded_)) continue;
+        if (folded_.size() <= mostElementsCompared && !mayBePart(variant.elements, folded_)) continue;
         const bool isMark = variant.elements.front().combiningClass() != 0;
         if (isMark || !std::ranges::binary_search(inPlain, variant.codePoint)) found += variant.codePoint;
     }
@@ -163,7 +143,7 @@ void TextQuery::prepareVariants(std::u32string_view plain) {
     variantsAreFew_ = found.size() <= mostVariants;
     if (!variantsAreFew_) return;
     for (const char32_t codePoint : found) {
-        variants_.emplace_back(utf8(codePoint));
+        variants_.emplace_back(Text::textOf(codePoint));
         variantIsASCII_ = variantIsASCII_ || codePoint < 0x80;
     }
     if (std::ranges::any_of(values, [](char32_t value) { return CaseFolding::isJamo(value); })) {
@@ -222,7 +202,7 @@ bool TextQuery::isThoroughlyIn(std::string_view text) {
     do {
         for (const char byte : folder.passASCII()) {
             const bool isDotless = byte == 'I' && rules_ == Rules::turkic;
-            const auto lower = static_cast<unsigned char>(Text::lowered(byte));
+            const auto lower = static_cast<unsigned char>(ASCII::lowered(byte));
             if (take(isDotless ? U'\u0131' : static_cast<char32_t>(lower), true) && began()) return true;
         }
         if (!folder.next()) break;

@@ -3,6 +3,7 @@
 #include "MailCore/Model/Limits.h"
 #include "MailCore/Model/MailError.h"
 #include "MailCore/Platform/Text.h"
+#include "MailCore/Platform/UTF8.h"
 #include "MailCore/Sources/MailReader.h"
 
 #include <algorithm>

@@ -2,17 +2,16 @@
 
 #include "MailCore/Dates/MailDate.h"
 #include "MailCore/MIME/HeaderText.h"
-#include "MailCore/Platform/Text.h"
+#include "MailCore/Platform/Characters.h"
 
 namespace MailCore::MailReader {
 
 namespace {
 
-// In characters.
-constexpr std::size_t largestSubject = 1'024;
-constexpr std::size_t largestSender = 1'024;
-constexpr std::size_t largestDate = 256;
-constexpr std::size_t largestRecipients = 2'048;
+constexpr std::size_t mostSubjectCharacters = 1'024;
+constexpr std::size_t mostSenderCharacters = 1'024;
+constexpr std::size_t mostDateCharacters = 256;
+constexpr std::size_t mostRecipientsCharacters = 2'048;
 
 EntryText decoded(std::string_view value, std::size_t limit) {
     return Text::prefix(MIME::headerText(value), limit);
@@ -32,14 +31,14 @@ MessageEntry indexEntry(std::int64_t id, std::span<const Header> fields, const M
     const std::string_view date = MIME::value("Date", fields);
     return {
         .id = id,
-        .subject = decoded(MIME::value("Subject", fields), largestSubject),
-        .from = decoded(MIME::value("From", fields), largestSender),
-        .date = Text::prefix(date, largestDate),
+        .subject = decoded(MIME::value("Subject", fields), mostSubjectCharacters),
+        .from = decoded(MIME::value("From", fields), mostSenderCharacters),
+        .date = Text::prefix(date, mostDateCharacters),
         .offset = range.offset,
         .length = range.length,
         .file = file,
         .revision = revision,
-        .recipients = decoded(recipients(fields), largestRecipients),
+        .recipients = decoded(recipients(fields), mostRecipientsCharacters),
         .timestamp = MailDate::timestamp(date),
     };
 }

@@ -23,8 +23,8 @@ bool isArchive(std::string_view extension) {
     return extension == "mbox" || extension == "mbx" || extension == "mbo";
 }
 
-/// What the index is told of an Outlook file, which has no header block: as fields, what its message says; of
-/// one that is too large to be read, its name.
+/// The fields that stand for an Outlook file in the index, since it has no header block: those of its
+/// message, or its name when it is too large to be read.
 std::vector<Header> outlookFields(const URL& url, const FileHandle& handle, const FileRevision& revision,
                                   const Cancelled& cancelled) {
     if (revision.size > Limits::message) return {{"Subject", url.lastPathComponent()}};

@@ -1,7 +1,9 @@
 #include "MailCore/Sources/Mbox.h"
 
+#include "MailCore/Dates/DateNames.h"
 #include "MailCore/Model/MailError.h"
 #include "MailCore/Platform/Text.h"
+#include "MailCore/Platform/UTF8.h"
 #include "MailCore/Sources/HeaderBlock.h"
 #include "MailCore/Sources/IndexEntry.h"
 #include "MailCore/Sources/MemoryIndex.h"
@@ -17,8 +19,6 @@ namespace {
 
 constexpr std::string_view envelopeStart = "From ";
 constexpr std::size_t largestEnvelope = 1'000;
-
-constexpr auto weekdays = std::to_array<std::string_view>({"Mon", "Tue", "Wed", "Thu", "Fri", "Sat", "Sun"});
 
 /// One of these stands in the headers of every real message.
 constexpr auto knownNames =
@@ -39,7 +39,7 @@ std::optional<std::uint64_t> unsignedInteger(std::string_view text) {
     return value;
 }
 
-/// Where the body that the message declares ends; 0 when it declares none that fits the file.
+/// The end of the body that the message declares; 0 when it declares none that fits the file.
 ByteOffset declaredEnd(const HeaderBlock& block, std::uint64_t fileSize) {
     const Header* only = nullptr;
     for (const Header& field : block.fields) {
@@ -127,7 +127,8 @@ bool isEnvelope(ByteView line) {
     while (word < rest.size() && !isSpaceAt(word)) Text::next(rest, word);
     if (word == 0 || word == rest.size() || rest[word] != ' ') return false;
     const std::string_view weekday = rest.substr(word + 1, 3);
-    return std::ranges::find(weekdays, weekday) != weekdays.end() && isSpaceAt(word + 4);
+    return std::ranges::find(DateNames::weekdays, weekday) != DateNames::weekdays.end() &&
+           isSpaceAt(word + 4);
 }
 
 MailCollection indexMbox(const URL& url, const Cancelled& cancelled, const Progress& progress,

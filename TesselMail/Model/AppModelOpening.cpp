@@ -1,8 +1,9 @@
 // How files and folders become collections, stay open and are closed.
+#include "MailCore/Platform/Text.h"
+#include "MailCore/Platform/UTF8.h"
 #include "TesselMail/Model/AppModel.h"
 
 #include "MailCore/Model/Limits.h"
-#include "MailCore/Platform/Text.h"
 #include "MailCore/Sources/MailReader.h"
 
 #include <fmt/format.h>

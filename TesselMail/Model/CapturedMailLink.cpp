@@ -1,6 +1,8 @@
 #include "TesselMail/Model/CapturedMailLink.h"
 
 #include "MailCore/Links/MailtoCapture.h"
+#include "MailCore/Platform/Characters.h"
+#include "MailCore/Platform/PercentEncoding.h"
 #include "MailCore/Platform/Text.h"
 #include "MailCore/Platform/URL.h"
 #include "MailCore/Rendering/SafeHTML.h"
@@ -16,14 +18,10 @@ using MailCore::URL;
 
 namespace {
 
-std::string decoded(std::string_view text) {
-    return MailCore::percentDecoded(text).value_or(std::string(text));
-}
-
 // What a tel: or sms: address calls: all between the scheme and the query.
 std::string calledNumber(std::string_view address) {
     constexpr std::size_t scheme = 4;
-    return decoded(address.substr(scheme, address.find('?') - scheme));
+    return MailCore::percentDecoded(address.substr(scheme, address.find('?') - scheme));
 }
 
 // The first item of the query whose name is "body".
@@ -33,8 +31,8 @@ std::string bodyItem(const URL& url) {
         const std::string_view item = rest.substr(0, rest.find('&'));
         rest.remove_prefix(std::min(item.size() + 1, rest.size()));
         const std::string_view name = item.substr(0, item.find('='));
-        if (MailCore::Text::lowered(decoded(name)) != "body") continue;
-        return decoded(item.substr(std::min(name.size() + 1, item.size())));
+        if (MailCore::Text::lowered(MailCore::percentDecoded(name)) != "body") continue;
+        return MailCore::percentDecoded(item.substr(std::min(name.size() + 1, item.size())));
     }
     return {};
 }

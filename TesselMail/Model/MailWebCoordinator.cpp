@@ -1,6 +1,6 @@
 #include "TesselMail/Model/MailWebCoordinator.h"
 
-#include "MailCore/MIME/HTMLEscape.h"
+#include "MailCore/Platform/HTMLEscape.h"
 
 #include <fmt/format.h>
 

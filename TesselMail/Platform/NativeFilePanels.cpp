@@ -1,6 +1,5 @@
 #include "TesselMail/Platform/NativeFilePanels.h"
 
-#include "MailCore/Platform/Text.h"
 #include "TesselMail/Platform/InterfaceThread.h"
 #include "TesselMail/Platform/ObjectRef.h"
 

@@ -1,7 +1,6 @@
 #include "TesselMail/Views/AttachmentBar.h"
 
 #include "TesselMail/Views/AdwaitaWidgets.h"
-
 #include "TesselMail/Views/DisplayText.h"
 
 #include <algorithm>

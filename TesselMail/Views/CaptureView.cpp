@@ -24,10 +24,11 @@ CaptureView::CaptureView(AppModel& model) : model_(model) {
     actions_.set_max_children_per_line(2);
     actions_.set_column_spacing(10);
     actions_.set_row_spacing(10);
-    actions_.set_halign(Gtk::Align::START);
     for (Gtk::Widget* const button : std::initializer_list<Gtk::Widget*>{&details_, &original_}) {
         actions_.append(*button);
+        button->set_halign(Gtk::Align::START);
         button->get_parent()->set_focusable(false); // what the box puts around it
+        button->get_parent()->set_hexpand(false);
     }
     nothingSent_.set_xalign(0);
     nothingSent_.add_css_class("heading");

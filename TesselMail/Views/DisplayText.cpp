@@ -1,6 +1,8 @@
 #include "TesselMail/Views/DisplayText.h"
 
+#include "MailCore/Platform/Characters.h"
 #include "MailCore/Platform/Text.h"
+#include "MailCore/Platform/UTF8.h"
 
 #include <algorithm>
 

@@ -1,8 +1,8 @@
 #include "TesselMail/Views/LinkFields.h"
 
 #include "TesselMail/Views/AdwaitaWidgets.h"
-
 #include "TesselMail/Views/DisplayText.h"
+#include "TesselMail/Views/Wrapping.h"
 
 namespace TesselMail {
 
@@ -17,6 +17,8 @@ Gtk::Widget& shortText(const std::string& label, const std::string& value) {
     text->set_wrap(true);
     text->set_wrap_mode(Pango::WrapMode::WORD_CHAR);
     text->set_xalign(0);
+    breakWithoutHyphens(*text);
+    text->set_width_chars(30);
     text->set_max_width_chars(60);
     gtk_accessible_update_property(GTK_ACCESSIBLE(text->gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
                                    (label + ": " + displayedLines(value)).c_str(), -1);
@@ -32,6 +34,7 @@ Gtk::Widget& longText(const std::string& label, const std::string& value) {
     text->set_wrap_mode(Gtk::WrapMode::WORD_CHAR);
     text->add_css_class("all-headers");
     text->get_buffer()->set_text(displayedWhole(value));
+    breakWithoutHyphens(*text);
     gtk_accessible_update_property(GTK_ACCESSIBLE(text->gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL, label.c_str(),
                                    -1);
     auto* const scroller = Gtk::make_managed<Gtk::ScrolledWindow>();

@@ -1,39 +1,14 @@
 #include "TesselMail/Views/MailWebView.h"
 
-#include "MailCore/Rendering/MailSecurity.h"
 #include "TesselMail/Model/AppModel.h"
 #include "TesselMail/Views/DisplayText.h"
 
 #include <cmath>
-#include <cstdlib>
-#include <filesystem>
-#include <memory>
-#include <system_error>
 
 namespace TesselMail {
 namespace {
 
-constexpr const char* rulesIdentifier = "TesselMail.LocalOnly.v2";
 constexpr const char* copyLinkAction = "copy-link";
-
-ObjectRef<WebKitWebView> makeView(WebKitNetworkSession* session) {
-    const auto settings = ObjectRef<WebKitSettings>::adopt(webkit_settings_new_with_settings(
-        "enable-javascript-markup", FALSE,                  // the page's scripts; ours are apart from them
-        "javascript-can-open-windows-automatically", FALSE, //
-        "javascript-can-access-clipboard", FALSE,           //
-        "hardware-acceleration-policy", WEBKIT_HARDWARE_ACCELERATION_POLICY_NEVER, //
-        "enable-fullscreen", FALSE,                                                //
-        "enable-media", FALSE,                                                     //
-        "enable-webgl", FALSE,                                                     //
-        "enable-dns-prefetching", FALSE,                                           //
-        "enable-page-cache", FALSE,                                                //
-        "enable-html5-database", FALSE,                                            //
-        "enable-html5-local-storage", FALSE,                                       //
-        "enable-back-forward-navigation-gestures", FALSE,                          //
-        "enable-developer-extras", FALSE, nullptr));
-    return ObjectRef<WebKitWebView>::retain(WEBKIT_WEB_VIEW(
-        g_object_new(WEBKIT_TYPE_WEB_VIEW, "network-session", session, "settings", settings.get(), nullptr)));
-}
 
 // The web view would keep the focus once it has it.
 void letFocusLeave(void* widgetClass, void*) {
@@ -71,18 +46,10 @@ MailWebCoordinator::Navigation navigationOf(WebKitPolicyDecision* decision) {
 
 } // namespace
 
-std::string MailWebView::makeRulesFolder() {
-    g_mkdir_with_parents(g_get_user_cache_dir(), 0700);
-    std::string path = std::string(g_get_user_cache_dir()) + "/tessel-mail-rules-XXXXXX";
-    return g_mkdtemp(path.data()) ? path : std::string();
-}
-
 MailWebView::MailWebView(AppModel& model, std::string rulesFolder)
     : Glib::ObjectBase("TesselMailWebView"), Glib::ExtraClassInit(letFocusLeave), model_(model),
-      session_(ObjectRef<WebKitNetworkSession>::adopt(webkit_network_session_new_ephemeral())),
-      view_(makeView(session_.get())), page_(view_), link_(*this, model.preferences()),
+      locked_(std::move(rulesFolder)), view_(locked_.view()), page_(view_), link_(*this, model.preferences()),
       copyLink_(Gio::SimpleAction::create(copyLinkAction, Glib::VARIANT_TYPE_STRING)),
-      rulesFolder_(std::move(rulesFolder)),
       coordinator_(
           page_,
           [this](const std::string& address, MailCore::UUID, PageRectangle place) {
@@ -115,7 +82,10 @@ MailWebView::MailWebView(AppModel& model, std::string rulesFolder)
     link_.signalLeft().connect(sigc::mem_fun(*this, &MailWebView::focusText));
     copyLink_->signal_activate().connect(sigc::mem_fun(*this, &MailWebView::copyLink));
     showTexts();
-    compileRules();
+    locked_.installRules([this](bool installed) {
+        coordinator_.rulesInstalled(installed);
+        if (!installed) signalShown_.emit();
+    });
 }
 
 MailWebView::~MailWebView() {
@@ -123,8 +93,6 @@ MailWebView::~MailWebView() {
     coordinator_.retire();
     g_signal_handlers_disconnect_by_data(view_.get(), this);
     unset_child();
-    std::error_code ignored; // usually gone already
-    std::filesystem::remove_all(rulesFolder_, ignored);
 }
 
 void MailWebView::configure() {
@@ -170,54 +138,6 @@ void MailWebView::configure() {
                          return webkit_context_menu_get_n_items(menu) == 0;
                      }),
                      this);
-    g_signal_connect(view, "create", G_CALLBACK(+[](WebKitWebView*, WebKitNavigationAction*, MailWebView*) {
-                         return static_cast<GtkWidget*>(nullptr); // no other windows
-                     }),
-                     this);
-    g_signal_connect(session_.get(), "download-started",
-                     G_CALLBACK(+[](WebKitNetworkSession*, WebKitDownload* download, gpointer) {
-                         webkit_download_cancel(download);
-                     }),
-                     nullptr);
-    g_signal_connect(
-        view, "permission-request",
-        G_CALLBACK(+[](WebKitWebView*, WebKitPermissionRequest* request, MailWebView*) -> gboolean {
-            webkit_permission_request_deny(request);
-            return TRUE;
-        }),
-        this);
-}
-
-// Nothing is loaded before the rules that block the network and the file system are in force.
-void MailWebView::compileRules() {
-    rules_ = ObjectRef<WebKitUserContentFilterStore>::adopt(
-        webkit_user_content_filter_store_new(rulesFolder_.c_str()));
-    GBytes* const source = g_bytes_new_static(MailCore::MailSecurity::contentRules.data(),
-                                              MailCore::MailSecurity::contentRules.size());
-    using Handle = Alive<MailWebView>::Handle;
-    auto waiting = std::make_unique<Handle>(alive_.handle());
-    webkit_user_content_filter_store_save(
-        rules_.get(), rulesIdentifier, source, nullptr,
-        [](GObject*, GAsyncResult* result, gpointer data) noexcept {
-            const std::unique_ptr<Handle> self(static_cast<Handle*>(data));
-            if (*self) (*self)->rulesCompiled(result);
-        },
-        waiting.release());
-    g_bytes_unref(source);
-}
-
-void MailWebView::rulesCompiled(GAsyncResult* result) {
-    WebKitUserContentFilter* const filter =
-        webkit_user_content_filter_store_save_finish(rules_.get(), result, nullptr);
-    if (filter) {
-        webkit_user_content_manager_add_filter(webkit_web_view_get_user_content_manager(view_.get()), filter);
-        webkit_user_content_filter_unref(filter);
-    }
-    // The rules stay mapped; their file has served.
-    std::error_code ignored;
-    std::filesystem::remove_all(rulesFolder_, ignored);
-    coordinator_.rulesInstalled(filter != nullptr);
-    if (!filter) signalShown_.emit();
 }
 
 std::uint32_t MailWebView::showPaper(bool dark) {

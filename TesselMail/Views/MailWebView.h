@@ -1,5 +1,6 @@
 #pragma once
 
+#include "Lock/LockedWebView.h"
 #include "TesselMail/Model/MailWebCoordinator.h"
 #include "TesselMail/Platform/Alive.h"
 #include "TesselMail/Views/LinkPopover.h"
@@ -16,18 +17,13 @@ namespace TesselMail {
 
 class AppModel;
 
-/// The web view that shows one message: no scripts of the page, no storage, no network, no navigation but to
-/// its own empty page. `model` outlives it.
+/// The locked web view that shows one message and navigates to nothing but its own empty page. `model`
+/// outlives it.
 class MailWebView : public Glib::ExtraClassInit, public Gtk::Overlay {
 public:
-    /// `rulesFolder` comes from `makeRulesFolder` and is removed again.
+    /// `rulesFolder` comes from `LockedWebView::makeRulesFolder` and is removed again.
     MailWebView(AppModel& model, std::string rulesFolder);
     ~MailWebView() override;
-
-    /// A folder of this run's own for the compiled rules, which are of no use to anybody else; empty when it
-    /// cannot be made. Without it no web view is made: its processes need the same place, and end the program
-    /// where there is none.
-    static std::string makeRulesFolder();
 
     /// Shows what the model shows; called again after any change of it, of the theme or of the text size.
     void update(bool dark, bool interactive);
@@ -48,8 +44,6 @@ public:
 private:
     void configure();
     std::uint32_t showPaper(bool dark);
-    void compileRules();
-    void rulesCompiled(GAsyncResult* result);
     bool decide(WebKitPolicyDecision* decision, WebKitPolicyDecisionType type);
     bool press(guint key, Gdk::ModifierType modifiers);
     void moveFocus(bool forward);
@@ -60,7 +54,7 @@ private:
     void showLink(const std::string& address, PageRectangle place);
 
     AppModel& model_;
-    ObjectRef<WebKitNetworkSession> session_;
+    LockedWebView locked_;
     ObjectRef<WebKitWebView> view_;
     WebKitReadingPage page_;
     Gtk::Label target_; // the address under the pointer
@@ -69,8 +63,6 @@ private:
     sigc::signal<void()> signalShown_;
     const MailCore::UUID emptyPage_ = MailCore::UUID::random();
     bool loadFailed_ = false;
-    std::string rulesFolder_;
-    ObjectRef<WebKitUserContentFilterStore> rules_;
     MailWebCoordinator coordinator_;
     Alive<MailWebView> alive_{*this};
 };

@@ -41,7 +41,7 @@ Task MessageBody::prepareView(Alive<MessageBody>::Handle self) {
 
 void MessageBody::makeView(bool sandboxed) {
     lacksSandbox_ = !sandboxed;
-    std::string folder = sandboxed ? MailWebView::makeRulesFolder() : std::string();
+    std::string folder = sandboxed ? LockedWebView::makeRulesFolder() : std::string();
     lacksFolder_ = sandboxed && folder.empty();
     if (!folder.empty()) {
         web_.emplace(model_, std::move(folder));

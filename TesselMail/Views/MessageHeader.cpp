@@ -3,6 +3,7 @@
 #include "MailCore/Dates/MailDate.h"
 #include "TesselMail/Views/DisplayText.h"
 #include "TesselMail/Views/SystemLocale.h"
+#include "TesselMail/Views/Wrapping.h"
 
 namespace TesselMail {
 namespace {
@@ -15,6 +16,7 @@ void setUpValue(Gtk::Label& label, int lines) {
     label.set_selectable(true);
     label.set_xalign(0);
     label.set_hexpand(true);
+    breakWithoutHyphens(label);
 }
 
 } // namespace
@@ -88,6 +90,7 @@ void MessageHeader::showHeaders(const std::vector<MailCore::Header>& headers) {
         buffer->insert_with_tag(buffer->end(), displayedAlone(header.name) + ": ", nameTag_);
         buffer->insert(buffer->end(), displayedAlone(header.value, 16'000));
     }
+    breakWithoutHyphens(headers_);
     scroller_.get_vadjustment()->set_value(0);
 }
 

@@ -22,7 +22,11 @@ public:
     sigc::signal<void()>& signalEntered() noexcept { return entered_; }
     /// Gives the focus to the selected row, or else to the list.
     void focusList();
-    void focusSearch() { search_.grab_focus(); }
+    /// With what was looked for selected, to be typed over.
+    void focusSearch() {
+        search_.grab_focus();
+        search_.select_region(0, -1);
+    }
     /// Selects the next or the previous message of the list.
     void selectNext() { selectBeside(1); }
     void selectPrevious() { selectBeside(-1); }

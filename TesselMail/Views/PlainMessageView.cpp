@@ -1,6 +1,7 @@
 #include "TesselMail/Views/PlainMessageView.h"
 
 #include "TesselMail/Views/DisplayText.h"
+#include "TesselMail/Views/Wrapping.h"
 
 #include <fmt/format.h>
 
@@ -41,6 +42,7 @@ void PlainMessageView::show(std::string text, const std::string& reason) {
     shown_ = std::move(text);
     const auto buffer = text_.get_buffer();
     buffer->set_text(shown_);
+    breakWithoutHyphens(text_);
     buffer->place_cursor(buffer->begin());
     scroller_.get_vadjustment()->set_value(0);
 }

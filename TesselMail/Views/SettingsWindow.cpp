@@ -39,8 +39,13 @@ void offer(AdwComboRow* row, const std::string& title, const std::vector<std::st
         std::vector<const char*> texts;
         for (const std::string& choice : choices) texts.push_back(choice.c_str());
         texts.push_back(nullptr);
-        const auto list = ObjectRef<GtkStringList>::adopt(gtk_string_list_new(texts.data()));
-        adw_combo_row_set_model(row, G_LIST_MODEL(list.get()));
+        // The row keeps its list, and with it the focus that it has.
+        if (GListModel* const list = adw_combo_row_get_model(row)) {
+            gtk_string_list_splice(GTK_STRING_LIST(list), 0, g_list_model_get_n_items(list), texts.data());
+        } else {
+            const auto made = ObjectRef<GtkStringList>::adopt(gtk_string_list_new(texts.data()));
+            adw_combo_row_set_model(row, G_LIST_MODEL(made.get()));
+        }
     }
     if (adw_combo_row_get_selected(row) != chosen) adw_combo_row_set_selected(row, chosen);
 }

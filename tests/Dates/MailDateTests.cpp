@@ -1,10 +1,6 @@
-#include "MailCore/Dates/DateParser.h"
-#include "MailCore/Dates/DisplayCache.h"
 #include "MailCore/Dates/MailDate.h"
 
 #include <gtest/gtest.h>
-
-#include <random>
 
 namespace MailCore {
 namespace {
@@ -57,46 +53,6 @@ TEST(MailDateTimestamps, ReadWhatStandsInDateHeaders) {
         SCOPED_TRACE(c.name);
         EXPECT_EQ(MailDate::timestamp(c.text), c.seconds);
     }
-}
-
-TEST(MailDateTimestamps, AreTheSameByTheDirectWayAndByTheFormatters) {
-    // Pieces of real dates, whole and damaged, put together at random.
-    const std::vector<std::vector<std::string>> pieces = {
-        {"Mon, ", "Tue, ", "sun, ", "SAT,  ", "Wed,", "Thu ", "Monday, ", "Mo, ", "", ""},
-        {"1", "01", "2", "28", "29", "30", "31", "32", "0", "001"},
-        {" ", " ", "  ", "", "-"},
-        {"Jan", "feb", "MAR", "Apr", "May", "June", "Jul", "Sept", "Sep", "Dec", "Foo"},
-        {" ", " ", " ", "  "},
-        {"2024", "1999", "2023", "1582", "1583", "0024", "99", "12024", "124", "+2024"},
-        {" ", " ", " "},
-        {"00:00:00", "09:15:30", "9:15:30", "23:59:59", "24:00:00", "12:60:00", "12:00:60", "09:15", "9:5",
-         "123:00"},
-        {" ", " ", " ", "  ", ""},
-        {"+0000", "-0000", "+0800", "-0530", "+1400", "-1200",  "+1500", "+2359", "+0860", "GMT",
-         "UT",    "UTC",   "Z",     "GMT+1", "EST",   "+08:00", "+8",    "+080",  "gmt",   ""},
-        {"", "", "", "", " ", "x"},
-    };
-    std::mt19937 random(20240102);
-    int direct = 0;
-    for (int round = 0; round < 100'000; ++round) {
-        std::string text;
-        for (const auto& choices : pieces) text += choices[random() % choices.size()];
-        for (const std::size_t count : {DateParser::patterns.size(), std::size_t{4}, std::size_t{2}}) {
-            const auto quick = DateParser::parseUsualForm(text, count);
-            if (!quick) continue;
-            ++direct;
-            const auto slow = DateParser::parseWithFormatters(text, count);
-            ASSERT_TRUE(slow) << text;
-            ASSERT_EQ(*quick, *slow) << text;
-        }
-    }
-    EXPECT_GT(direct, 1'000);
-}
-
-TEST(MailDateTimestamps, TakeTheDirectWayForTheUsualForms) {
-    for (const std::string_view text :
-         {"Tue, 2 Jan 2024 09:15:30 +0800", "2 Jan 2024 09:15 -0530", "Tue,  2 Jan 2024 09:15:30 GMT"})
-        EXPECT_TRUE(DateParser::parseUsualForm(text, DateParser::patterns.size())) << text;
 }
 
 TEST(MailDateDisplay, KeepsTheSendersClockAndZone) {
@@ -159,19 +115,6 @@ TEST(MailDateComments, AreRemovedWhereTheyBalance) {
         SCOPED_TRACE(c.name);
         EXPECT_EQ(MailDate::withoutComments(c.text), c.result);
     }
-}
-
-TEST(MailDateDisplayCache, ForgetsTheOldestWithinItsBounds) {
-    DisplayCache cache;
-    for (int index = 0; index < 1'025; ++index) cache.store(std::to_string(index), "x", 1);
-    EXPECT_FALSE(cache.find("0"));
-    EXPECT_TRUE(cache.find("1"));
-    cache.store("large", "y", 1'048'000);
-    EXPECT_EQ(cache.find("large"), "y");
-    EXPECT_FALSE(cache.find("2"));
-    EXPECT_TRUE(cache.find("1")); // used a moment ago
-    cache.store("too large", "z", 1'048'577);
-    EXPECT_FALSE(cache.find("too large"));
 }
 
 } // namespace

@@ -63,6 +63,18 @@ def arrows_and_enter(app):
 
 
 @scenario(start=False)
+def click_and_arrows(app):
+    """A click on a message leaves the keys with the list."""
+    three(app)
+    app.click(app.rows()[1])
+    on_show(app, "Message 1")
+    app.keys("Down")
+    on_show(app, "Message 0")
+    expect(in_list(app), f"the focus is on {app.focus_path()[:2]}")
+    app.step("clicked")
+
+
+@scenario(start=False)
 def tab_leaves_the_list(app):
     three(app)
     focus_list(app)

@@ -55,8 +55,7 @@ def by_keyboard(app):
                      app.extents(focused).y > app.extents(boxes[2]).y else "shift+Tab")
         app.keys("space")
         time.sleep(0.4)
-        # The first key only takes the focus into the list when its choices were renewed.
-        app.keys("Down", "Home", *["Down"] * target, "Return")
+        app.keys("Home", *["Down"] * target, "Return")
         time.sleep(0.3)
 
     walk_through(app, choose)
@@ -69,8 +68,7 @@ def by_mouse(app):
     def choose(window, row, target):
         app.click(app.everything("combo box", within=window)[row])
         time.sleep(0.4)
-        # The first key only takes the focus into the list when its choices were renewed.
-        app.keys("Down", "Home", *["Down"] * target, "Return")
+        app.keys("Home", *["Down"] * target, "Return")
         time.sleep(0.3)
 
     walk_through(app, choose)

@@ -1,55 +1,10 @@
 // The scanners mean what these regular expressions mean, in linear time.
-#include "MailCore/MIME/HTMLCharset.h"
 #include "MailCore/MIME/HeaderScanner.h"
 
-#include <gtest/gtest.h>
-#include <unicode/regex.h>
-
-#include <random>
-#include <span>
-#include <vector>
+#include "tests/MIME/RegexSupport.h"
 
 using namespace MailCore;
-
-namespace {
-
-using Groups = std::vector<std::string>; // the whole match and its groups; "-" for one that did not take part
-
-std::vector<Groups> regexMatches(const char* pattern, const std::string& text) {
-    UErrorCode status = U_ZERO_ERROR;
-    const icu::UnicodeString input = icu::UnicodeString::fromUTF8(text);
-    icu::RegexMatcher matcher(icu::UnicodeString::fromUTF8(pattern), input, 0, status);
-    std::vector<Groups> matches;
-    while (matcher.find(status)) {
-        Groups groups;
-        for (int group = 0; group <= matcher.groupCount(); ++group) {
-            if (matcher.start(group, status) < 0) {
-                groups.push_back("-");
-            } else {
-                matcher.group(group, status).toUTF8String(groups.emplace_back());
-            }
-        }
-        matches.push_back(groups);
-    }
-    EXPECT_TRUE(U_SUCCESS(status));
-    return matches;
-}
-
-/// `count` texts made of `pieces`.
-template <typename Check>
-void withRandomTexts(std::span<const std::string_view> pieces, int longest, int count, Check check) {
-    std::mt19937 random(2'047); // NOLINT: the same texts every time
-    for (int round = 0; round < count; ++round) {
-        std::string text;
-        for (int left = static_cast<int>(random() % static_cast<unsigned>(longest)); left > 0; --left) {
-            text += pieces[random() % pieces.size()];
-        }
-        check(text);
-        if (testing::Test::HasFailure()) return;
-    }
-}
-
-} // namespace
+using namespace MailCore::Testing;
 
 TEST(HeaderScanner, FindsEncodedWordsAsTheExpressionDoes) {
     constexpr std::string_view pieces[] = {"=", "?", "=?", "?=",     "?q?",    "?B?", "u",   "b",
@@ -86,29 +41,9 @@ TEST(HeaderScanner, FindsParametersAsTheExpressionDoes) {
     });
 }
 
-TEST(HeaderScanner, FindsCharsetsInMetaTagsAsTheExpressionDoes) {
-    const std::string distance(1'010, '.');
-    const std::string wideDistance = [] {
-        std::string text;
-        while (text.size() < 4 * 1'012) text += "😀";
-        return text;
-    }();
-    const std::string_view pieces[] = {
-        "<meta",  "<MeTa ", "<metal", "charset", " charset=", "charſet = ", ";CHARSET", "=",
-        "\"",     "'",      " ",      "\u00A0",  ">",         "u-8",        "K\u212A",  "\u200D",
-        "\u0301", "é",      "\n",     distance,  "....",      wideDistance};
-    withRandomTexts(pieces, 12, 30'000, [](const std::string& text) {
-        const auto matches =
-            regexMatches(R"re((?i)<meta\b[^>]{0,1024}\bcharset\s*=\s*["']?\s*([a-zA-Z0-9._-]+))re", text);
-        EXPECT_EQ(MIME::sniffedCharset(text).value_or("none"), matches.empty() ? "none" : matches[0][1])
-            << text;
-    });
-}
-
 TEST(HeaderScanner, TakesLinearTimeOnHostileText) {
-    constexpr std::string_view pieces[] = {"=?",         "=?a?q?",  "=?a?q?b",      "=?aaaaaaa ",
-                                           ";a=\"",      ";a=\"\\", ";a = ",        ";;;;;;;",
-                                           "; a \"\\\n", "<meta ",  "<meta charset"};
+    constexpr std::string_view pieces[] = {"=?",      "=?a?q?", "=?a?q?b", "=?aaaaaaa ", ";a=\"",
+                                           ";a=\"\\", ";a = ",  ";;;;;;;", "; a \"\\\n"};
     for (const std::string_view piece : pieces) {
         std::string text;
         while (text.size() < 4'000'000) text += piece;
@@ -116,6 +51,6 @@ TEST(HeaderScanner, TakesLinearTimeOnHostileText) {
         while (const auto word = MIME::nextEncodedWord(text, at)) at += word->whole.size();
         at = 0;
         while (const auto parameter = MIME::nextParameter(text, at)) at = parameter->end;
-        EXPECT_EQ(MIME::sniffedCharset(text), std::nullopt) << piece;
+        EXPECT_LE(at, text.size()) << piece;
     }
 }

@@ -20,14 +20,6 @@ void check(std::span<const Case> cases) {
     }
 }
 
-std::string undone(std::string_view text, bool header) {
-    return std::string(charsOf(MIME::quotedPrintable(bytesOf(text), header)));
-}
-
-std::string html(std::string_view bytes, const std::optional<std::string>& charset) {
-    return MIME::decodeHTML(bytesOf(bytes), charset);
-}
-
 } // namespace
 
 TEST(MailEncodingDecode, ReadsTheCharsetsOfTheWorldsMail) {
@@ -127,63 +119,4 @@ TEST(MailEncodingCharset, NamesWindowsCodePages) {
         {~0ULL, "CP18446744073709551615"},
     };
     for (const Page& page : pages) EXPECT_EQ(MailEncoding::charset(page.number), page.label);
-}
-
-TEST(QuotedPrintable, UndoesEscapesAndKeepsWhatIsNone) {
-    struct Row {
-        std::string_view name;
-        std::string_view text;
-        std::string_view body;
-        std::string_view header;
-    };
-    const Row rows[] = {
-        {"escapes in both cases and a soft break", "=41=3d=\r\nB", "A=B", "A=B"},
-        {"a soft break of LF", "a=\nb", "ab", "ab"},
-        {"no hexadecimal digits", "=4G=G4", "=4G=G4", "=4G=G4"},
-        {"an escape inside a broken one", "==41", "=A", "=A"},
-        {"cut after the mark", "a=", "a=", "a="},
-        {"cut after one digit", "a=4", "a=4", "a=4"},
-        {"cut inside a soft break", "a=\r", "a=\r", "a=\r"},
-        {"CR alone", "=\rab", "=\rab", "=\rab"},
-        {"blanks before a line break", "= \r\na \r\n", "= \r\na \r\n", "= \r\na \r\n"},
-        {"an underscore", "a_b=5F", "a_b_", "a b_"},
-    };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.name);
-        EXPECT_EQ(undone(row.text, false), row.body);
-        EXPECT_EQ(undone(row.text, true), row.header);
-    }
-}
-
-TEST(DecodeHTML, ChoosesTheCharsetByMarkThenHeaderThenMeta) {
-    struct Row {
-        std::string_view name;
-        std::string bytes;
-        std::optional<std::string> charset;
-        std::string_view text;
-    };
-    const std::string early = "<meta charset=windows-1251>";
-    const std::string late = std::string(8'192 - 26, ' ') + early;
-    const Row rows[] = {
-        {"a UTF-8 mark over the header", "\xEF\xBB\xBF\xC3\xA9", "iso-8859-1", "é"},
-        {"a UTF-16 mark",
-         std::string("\xFF\xFE"
-                     "a\0",
-                     4),
-         "iso-8859-1", "a"},
-        {"a big-endian mark", std::string("\xFE\xFF\0a", 4), std::nullopt, "a"},
-        {"the header over meta", early + "\xE9", "iso-8859-1", "<meta charset=windows-1251>é"},
-        {"meta", early + "\xE9", std::nullopt, "<meta charset=windows-1251>й"},
-        {"meta when the header has blanks only", early + "\xE9", " ", "<meta charset=windows-1251>й"},
-        {"meta with a content type", "<META http-equiv=x content=\"text/html; CHARSET = 'koi8-r'\">\xF0",
-         std::nullopt, "<META http-equiv=x content=\"text/html; CHARSET = 'koi8-r'\">П"},
-        {"nothing", "\xC3\xA9\xE9", std::nullopt, "é\uFFFD"},
-    };
-    for (const Row& row : rows) {
-        SCOPED_TRACE(row.name);
-        EXPECT_EQ(html(row.bytes, row.charset), row.text);
-    }
-    EXPECT_TRUE(html(late.substr(1) + "\xE9", std::nullopt).ends_with("й"))
-        << "wholly inside the first 8,192 bytes";
-    EXPECT_TRUE(html(std::string(27, ' ') + late + "\xE9", std::nullopt).ends_with("\uFFFD")) << "after them";
 }

@@ -1,6 +1,5 @@
 #include "MailCore/Outlook/Compound.h"
 
-#include "MailCore/Platform/Text.h"
 #include "tests/Support/ContainerBuilder.h"
 #include "tests/Support/Errors.h"
 

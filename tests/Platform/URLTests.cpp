@@ -21,7 +21,6 @@ TEST(URLs, TellTheirParts) {
     EXPECT_EQ(url.scheme(), "https");
     EXPECT_EQ(url.host(), "Host.example");
     EXPECT_TRUE(url.hasUserInfo());
-    EXPECT_EQ(url.percentEncodedPath(), "/a%2Fb");
     EXPECT_EQ(url.path(), "/a/b");
     EXPECT_EQ(url.query(), "q=1");
     EXPECT_EQ(URL::parse("MAILTO:a@b").value().scheme(), "mailto");

@@ -3,8 +3,11 @@
 
 #include "MailCore/Rendering/Markup.h"
 
+#include "MailCore/Platform/HTMLEscape.h"
 #include "MailCore/Platform/Text.h"
+#include "MailCore/Platform/UTF8.h"
 #include "MailCore/Rendering/HTMLEntities.h"
+#include "MailCore/Rendering/MailStyles.h"
 #include "MailCore/Rendering/SafeHTML.h"
 
 #include <gtest/gtest.h>

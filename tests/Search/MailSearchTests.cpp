@@ -5,7 +5,6 @@
 #include "tests/Support/MailBuilder.h"
 #include "tests/Support/TemporaryFolder.h"
 
-#include "MailCore/Platform/Text.h"
 #include "MailCore/Rendering/SafeHTML.h"
 
 #include <gmock/gmock.h>

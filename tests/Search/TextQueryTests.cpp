@@ -1,8 +1,8 @@
 #include "MailCore/Search/TextQuery.h"
 
-#include "tests/Search/PlainAlgorithm.h"
-
 #include "MailCore/Platform/Text.h"
+#include "MailCore/Platform/UTF8.h"
+#include "tests/Search/PlainAlgorithm.h"
 
 #include <gtest/gtest.h>
 #include <unicode/locid.h>

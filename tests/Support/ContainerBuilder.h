@@ -2,6 +2,8 @@
 
 #include "MailCore/Platform/Bytes.h"
 
+#include "MailCore/Platform/ASCII.h"
+
 #include <unicode/unistr.h>
 
 #include <algorithm>
@@ -227,9 +229,7 @@ private:
         const std::size_t parent = top ? 0 : add(path.substr(0, slash), 1);
         const std::string name(top ? path : path.substr(slash + 1));
         std::string upper = name;
-        std::ranges::transform(upper, upper.begin(), [](char c) {
-            return c >= 'a' && c <= 'z' ? static_cast<char>(c - 'a' + 'A') : c;
-        });
+        std::ranges::transform(upper, upper.begin(), ASCII::uppered);
         const auto [place, isNew] =
             children_.try_emplace(Key(parent, utf16(name).size(), upper), entries_.size());
         if (isNew) {

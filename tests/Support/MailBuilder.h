@@ -1,7 +1,8 @@
 #pragma once
 
 #include "MailCore/MIME/Base64.h"
-#include "MailCore/Model/Bytes.h"
+#include "MailCore/Platform/ASCII.h"
+#include "MailCore/Platform/Bytes.h"
 
 #include <algorithm>
 #include <optional>
@@ -61,19 +62,18 @@ public:
     }
     /// The body in quoted-printable, every byte that is not a letter or a digit escaped.
     Mail& quotedPrintable(std::string_view content) {
-        constexpr std::string_view digits = "0123456789ABCDEF";
         header("Content-Transfer-Encoding", "quoted-printable");
         body_.clear();
         std::size_t column = 0;
         for (const char byte : content) {
             const auto value = static_cast<unsigned char>(byte);
-            const bool plain =
-                (byte >= '0' && byte <= '9') || (byte >= 'A' && byte <= 'Z') || (byte >= 'a' && byte <= 'z');
+            const bool plain = ASCII::isAlphanumeric(byte);
             if (column > 72) {
                 body_ += "=\r\n";
                 column = 0;
             }
-            body_ += plain ? std::string(1, byte) : std::string{'=', digits[value >> 4], digits[value & 15]};
+            body_ += plain ? std::string(1, byte)
+                           : std::string{'=', ASCII::hexDigits[value >> 4], ASCII::hexDigits[value & 15]};
             column += plain ? 1 : 3;
         }
         return *this;

@@ -3,7 +3,12 @@
 
 #include "MailCore/Dates/MailDate.h"
 #include "MailCore/MIME/Base64.h"
+#include "MailCore/MIME/DecodeHTML.h"
+#include "MailCore/MIME/HeaderText.h"
 #include "MailCore/MIME/MIME.h"
+#include "MailCore/MIME/MailEncoding.h"
+#include "MailCore/MIME/Parameters.h"
+#include "MailCore/MIME/QuotedPrintable.h"
 
 #include <algorithm>
 #include <utility>

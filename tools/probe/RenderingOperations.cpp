@@ -1,6 +1,7 @@
 // What is let through of HTML and CSS, and the reading page.
 #include "tools/probe/Probe.h"
 
+#include "MailCore/Platform/HTMLEscape.h"
 #include "MailCore/Rendering/SafeHTML.h"
 #include "MailCore/Sources/MailReader.h"
 

@@ -1,7 +1,6 @@
 // Opening, reading and exporting.
 #include "tools/probe/Probe.h"
 
-#include "MailCore/MIME/Base64.h"
 #include "MailCore/Model/Limits.h"
 #include "MailCore/Model/SafeFilename.h"
 #include "MailCore/Sources/MailReader.h"

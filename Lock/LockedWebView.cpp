@@ -1,0 +1,97 @@
+#include "Lock/LockedWebView.h"
+
+#include "Lock/MailSecurity.h"
+#include "Lock/ViewSwitches.h"
+
+#include <filesystem>
+#include <system_error>
+#include <utility>
+
+namespace TesselMail {
+namespace {
+
+constexpr const char* rulesIdentifier = "TesselMail.LocalOnly.v2";
+
+ObjectRef<WebKitWebView> makeView(WebKitNetworkSession* session) {
+    const auto settings = ObjectRef<WebKitSettings>::adopt(webkit_settings_new());
+    for (const ViewSwitch& entry : viewSwitches)
+        g_object_set(settings.get(), entry.name, static_cast<gboolean>(entry.on), nullptr);
+    // Mail needs no graphics card, and some drivers leave the pane blank.
+    webkit_settings_set_hardware_acceleration_policy(settings.get(),
+                                                     WEBKIT_HARDWARE_ACCELERATION_POLICY_NEVER);
+    return ObjectRef<WebKitWebView>::retain(WEBKIT_WEB_VIEW(
+        g_object_new(WEBKIT_TYPE_WEB_VIEW, "network-session", session, "settings", settings.get(), nullptr)));
+}
+
+GtkWidget* refuseWindow(WebKitWebView*, WebKitNavigationAction*, gpointer) {
+    return nullptr;
+}
+
+gboolean refusePermission(WebKitWebView*, WebKitPermissionRequest* request, gpointer) {
+    webkit_permission_request_deny(request);
+    return TRUE;
+}
+
+void refuseDownload(WebKitNetworkSession*, WebKitDownload* download, gpointer) {
+    webkit_download_cancel(download);
+}
+
+} // namespace
+
+std::string LockedWebView::makeRulesFolder() {
+    g_mkdir_with_parents(g_get_user_cache_dir(), 0700);
+    std::string path = std::string(g_get_user_cache_dir()) + "/tessel-mail-rules-XXXXXX";
+    return g_mkdtemp(path.data()) ? path : std::string();
+}
+
+LockedWebView::LockedWebView(std::string rulesFolder)
+    : session_(ObjectRef<WebKitNetworkSession>::adopt(webkit_network_session_new_ephemeral())),
+      view_(makeView(session_.get())), rulesFolder_(std::move(rulesFolder)),
+      compiling_(ObjectRef<GCancellable>::adopt(g_cancellable_new())) {
+    g_signal_connect(view_.get(), "create", G_CALLBACK(refuseWindow), nullptr);
+    g_signal_connect(view_.get(), "permission-request", G_CALLBACK(refusePermission), nullptr);
+    g_signal_connect(session_.get(), "download-started", G_CALLBACK(refuseDownload), nullptr);
+}
+
+LockedWebView::~LockedWebView() {
+    g_cancellable_cancel(compiling_.get()); // which its answer asks first
+    removeFolder();
+}
+
+void LockedWebView::removeFolder() const {
+    std::error_code ignored; // usually gone already
+    std::filesystem::remove_all(rulesFolder_, ignored);
+}
+
+void LockedWebView::installRules(Installed installed) {
+    struct Waiting {
+        LockedWebView* view;
+        ObjectRef<GCancellable> compiling;
+    };
+    installed_ = std::move(installed);
+    rules_ = ObjectRef<WebKitUserContentFilterStore>::adopt(
+        webkit_user_content_filter_store_new(rulesFolder_.c_str()));
+    const std::string& text = MailCore::MailSecurity::contentRules();
+    GBytes* const source = g_bytes_new_static(text.data(), text.size());
+    webkit_user_content_filter_store_save(
+        rules_.get(), rulesIdentifier, source, nullptr,
+        [](GObject*, GAsyncResult* result, gpointer data) noexcept {
+            const std::unique_ptr<Waiting> waiting(static_cast<Waiting*>(data));
+            if (!g_cancellable_is_cancelled(waiting->compiling.get())) waiting->view->rulesCompiled(result);
+        },
+        std::make_unique<Waiting>(Waiting{this, compiling_}).release());
+    g_bytes_unref(source);
+}
+
+void LockedWebView::rulesCompiled(GAsyncResult* result) {
+    WebKitUserContentFilter* const filter =
+        webkit_user_content_filter_store_save_finish(rules_.get(), result, nullptr);
+    if (filter) {
+        webkit_user_content_manager_add_filter(webkit_web_view_get_user_content_manager(view_.get()), filter);
+        webkit_user_content_filter_unref(filter);
+    }
+    removeFolder(); // the rules stay mapped; their file has served
+    std::exchange(installed_, nullptr)(filter != nullptr);
+}
+
+} // namespace TesselMail

@@ -1,0 +1,47 @@
+#pragma once
+
+#include "TesselMail/Platform/ObjectRef.h"
+
+#include <webkit/webkit.h>
+
+#include <functional>
+#include <memory>
+#include <string>
+
+namespace TesselMail {
+
+/// A web view with every lock on it: no storage, the switches of the table, no downloads, permissions or
+/// windows, and the blocking rules once they are in force. What it navigates to is its owner's to decide.
+class LockedWebView {
+public:
+    /// Told once whether the rules are in force; nothing may be loaded before.
+    using Installed = std::function<void(bool)>;
+
+    /// A folder of this run's own for the compiled rules, which are of no use to anybody else; empty when it
+    /// cannot be made. Without it no web view is made: its processes need the same place, and end the program
+    /// where there is none.
+    static std::string makeRulesFolder();
+
+    /// `rulesFolder` comes from `makeRulesFolder` and is removed again.
+    explicit LockedWebView(std::string rulesFolder);
+    LockedWebView(const LockedWebView&) = delete;
+    LockedWebView& operator=(const LockedWebView&) = delete;
+    ~LockedWebView();
+
+    const ObjectRef<WebKitWebView>& view() const noexcept { return view_; }
+    /// Compiles the blocking rules; `installed` is not told any more when this is gone.
+    void installRules(Installed installed);
+
+private:
+    void rulesCompiled(GAsyncResult* result);
+    void removeFolder() const;
+
+    ObjectRef<WebKitNetworkSession> session_;
+    ObjectRef<WebKitWebView> view_;
+    std::string rulesFolder_;
+    ObjectRef<WebKitUserContentFilterStore> rules_;
+    ObjectRef<GCancellable> compiling_;
+    Installed installed_;
+};
+
+} // namespace TesselMail

@@ -1,0 +1,65 @@
+#include "MailCore/Search/CaseFolding.h"
+
+#include <gtest/gtest.h>
+
+#include <string>
+#include <vector>
+
+namespace MailCore {
+namespace {
+
+using namespace CaseFolding;
+
+std::u32string values(std::string_view text, Rules rules = Rules::standard) {
+    std::u32string result;
+    for (const Element element : folded(text, rules)) result += element.value();
+    return result;
+}
+
+TEST(CaseFolding, DecomposesAndFolds) {
+    EXPECT_EQ(values("Ab1"), U"ab1");
+    EXPECT_EQ(values("ß"), U"ss");
+    EXPECT_EQ(values("É"), U"e\u0301");
+    EXPECT_EQ(values("e\u0301\u0323"), U"e\u0323\u0301"); // marks in canonical order
+    EXPECT_EQ(values("\u212A"), U"k");
+    EXPECT_EQ(values("한"), U"\u1112\u1161\u11AB");
+    EXPECT_EQ(values("ﬁ"), U"fi");
+    EXPECT_EQ(values("\xFF"), U"\uFFFD");
+    EXPECT_EQ(values(""), U"");
+}
+
+TEST(CaseFolding, KeepsTheLettersOfTurkishApart) {
+    EXPECT_EQ(values("Iİiı", Rules::standard), U"ii\u0307iı");
+    EXPECT_EQ(values("Iİiı", Rules::turkic), U"ıiiı");
+    EXPECT_EQ(values("I\u0307", Rules::turkic), U"i");
+    EXPECT_EQ(values("I\u0323\u0307", Rules::turkic), U"i\u0323");
+    for (const std::string_view locale : {"tr", "tr_TR", "az-Latn", "tr.UTF-8", "tr@x"})
+        EXPECT_EQ(rulesOf(locale), Rules::turkic) << locale;
+    for (const std::string_view locale : {"", "C", "en_TR", "tru", "de"})
+        EXPECT_EQ(rulesOf(locale), Rules::standard) << locale;
+}
+
+TEST(CaseFolding, TellsWhereCharactersBeginInAnExpansion) {
+    std::vector<bool> begins;
+    for (const Element element : folded("aßé", Rules::standard)) begins.push_back(element.beginsCharacter());
+    EXPECT_EQ(begins, (std::vector<bool>{true, true, false, true, true}));
+}
+
+TEST(CaseFolding, TellsWhereLettersGoOn) {
+    const auto behind = [](std::string_view before, std::string_view after) {
+        return goesOn(std::string(before).append(after), before.size());
+    };
+    EXPECT_FALSE(behind("a", "b"));
+    EXPECT_FALSE(behind("a", ""));
+    EXPECT_FALSE(behind("a", "é"));
+    EXPECT_TRUE(behind("a", "\u0301"));
+    EXPECT_TRUE(behind("👍", "\U0001F3FD"));
+    EXPECT_TRUE(behind("👨\u200D", "👩"));
+    EXPECT_FALSE(behind("👨", "👩"));
+    EXPECT_TRUE(behind("\u1100", "\u1161"));
+    EXPECT_TRUE(splitsSyllable("\u1100\u1161", 3));
+    EXPECT_FALSE(splitsSyllable("\u1100a", 3));
+}
+
+} // namespace
+} // namespace MailCore
