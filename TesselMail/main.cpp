@@ -18,7 +18,7 @@
 namespace TesselMail {
 namespace {
 
-/// The running application: one per session. A second start hands its files to the first and ends.
+// The running application: one per session. A second start hands its files to the first and ends.
 class Application : public Gtk::Application {
 public:
     Application()
@@ -90,7 +90,7 @@ private:
     bool closeWindow() {
         window_->set_visible(false);
         model_->closeAll();
-        if (NativeDesktop::handlesMail()) stayForLinks(true);
+        if (desktop_.handlesMail()) stayForLinks(true);
         InterfaceThread::post([this] { takeWindowApart(); });
         return true;
     }
@@ -108,7 +108,7 @@ private:
         hold();
         handlers_ = Gio::AppInfoMonitor::get(); // tells of changes while somebody holds it
         handlerChanged_ = handlers_->signal_changed().connect([this] {
-            if (!NativeDesktop::handlesMail()) stayForLinks(false);
+            if (!desktop_.handlesMail()) stayForLinks(false);
         });
     }
 
@@ -132,7 +132,7 @@ private:
     Preferences preferences_;
     WindowState state_ = WindowState::ofUser();
     NativeFilePanels panels_;
-    NativeDesktop desktop_;
+    NativeDesktop desktop_{applicationID};
     std::shared_ptr<AppModel> model_;
     std::unique_ptr<MainWindow> window_;
     Glib::RefPtr<Gio::AppInfoMonitor> handlers_;

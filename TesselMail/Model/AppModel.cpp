@@ -2,8 +2,6 @@
 
 #include "TesselMail/Model/ErrorText.h"
 
-#include <algorithm>
-
 namespace TesselMail {
 
 using MailCore::MailCollection;
@@ -18,32 +16,20 @@ std::shared_ptr<AppModel> AppModel::create(Preferences& preferences, FilePanels&
 }
 
 AppModel::AppModel(Preferences& preferences, FilePanels& panels, Desktop& desktop)
-    : preferences_(preferences), panels_(panels), desktop_(desktop) {
-    filteredEntries.value_ = std::make_shared<const MailCore::EntryList>();
-}
+    : preferences_(preferences), panels_(panels), desktop_(desktop) {}
 
 AppModel::~AppModel() {
-    for (const CancellationToken& token : {token_, readToken_, searchToken_})
+    for (const CancellationToken& token : {token_, readToken_})
         if (token) token->stop();
 }
 
-const MailCollection* AppModel::find(CollectionID id) const noexcept {
-    const auto found = std::ranges::find(*collections, id, &MailCollection::id);
-    return found == collections->end() ? nullptr : &*found;
-}
-
-MailCollection* AppModel::edit(CollectionID id) {
-    if (!find(id)) return nullptr;
-    return &*std::ranges::find(collections.edit(), id, &MailCollection::id);
-}
-
 const MailCollection* AppModel::active() const noexcept {
-    return selectedCollection.get() ? find(*selectedCollection.get()) : nullptr;
+    return *selectedCollection ? sources_.find(**selectedCollection) : nullptr;
 }
 
-MailFileScope AppModel::scopeOf(const URL& url) const {
-    const auto found = scopes_.find(url);
-    return found == scopes_.end() ? nullptr : found->second;
+bool AppModel::listPending() const noexcept {
+    const MailCollection* const collection = active();
+    return search_.isPending() || (collection && collection->isIndexing);
 }
 
 std::string AppModel::errorText(const std::exception_ptr& error) const {

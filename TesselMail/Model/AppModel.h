@@ -8,6 +8,8 @@
 #include "TesselMail/Model/ArchiveWork.h"
 #include "TesselMail/Model/Cancellation.h"
 #include "TesselMail/Model/FailureText.h"
+#include "TesselMail/Model/ListSearch.h"
+#include "TesselMail/Model/OpenSources.h"
 #include "TesselMail/Model/Preferences.h"
 #include "TesselMail/Model/Published.h"
 #include "TesselMail/Model/ScopedMailFile.h"
@@ -17,21 +19,22 @@
 
 #include <cstdint>
 #include <exception>
-#include <map>
 #include <memory>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace TesselMail {
 
-/// The state of the application: what is open, what is selected and what is shown. Views read its published
-/// fields and call its operations. Engine work goes through ArchiveWork; its tasks keep the model alive until
-/// they end. Interface thread only.
+/// The state of the application and the one face of it that views know: they read its published fields and
+/// call its operations. What is open is in OpenSources and what the list shows in ListSearch; here is what is
+/// selected and shown, and the run that opens files. Engine work goes through ArchiveWork; its tasks keep the
+/// model alive until they end. Interface thread only.
 class AppModel : public std::enable_shared_from_this<AppModel> {
 public:
-    using CollectionID = MailCore::UUID;
-    using EntryID = std::int64_t;
+    using CollectionID = OpenSources::CollectionID;
+    using EntryID = OpenSources::EntryID;
     template <typename Value>
     using Field = Published<Value, AppModel>;
 
@@ -45,9 +48,19 @@ public:
 
 private:
     Changes changes_; // before the fields, which refer to it
+    OpenSources sources_{changes_};
+    ListSearch search_{changes_, sources_, [this](const std::exception_ptr& error) { fail(error); }};
 
 public:
-    Field<std::vector<MailCore::MailCollection>> collections{changes_}; // in opening order
+    // Of what is open and listed
+    OpenSources::Field<std::vector<MailCore::MailCollection>>& collections = sources_.collections;
+    ListSearch::Field<std::string>& query = search_.query;
+    ListSearch::Field<bool>& newestFirst = search_.newestFirst;
+    ListSearch::Field<std::int64_t>& searchUnreadable = search_.searchUnreadable;
+    ListSearch::Field<bool>& searching = search_.searching;
+    ListSearch::Field<ArchiveWork::SharedList>& filteredEntries = search_.filteredEntries;
+
+    // Of what is selected and shown
     Field<std::optional<CollectionID>> selectedCollection{changes_};
     Field<std::optional<EntryID>> selectedEntry{changes_};
     Field<std::optional<MailCore::MailtoCapture>> capture{changes_};         // shown instead of a message
@@ -59,12 +72,7 @@ public:
     Field<bool> busy{changes_, false};                   // an open run is in progress
     Field<bool> reading{changes_, false};                // a message is being read
     Field<std::size_t> progress{changes_, 0U};           // entries so far in the collection being indexed
-    Field<std::string> query{changes_};                  // the search text as typed
-    Field<bool> newestFirst{changes_, true};
-    Field<std::int64_t> searchUnreadable{changes_, 0};        // messages the last search could not read
-    Field<bool> searching{changes_, false};                   // for a text
-    Field<ArchiveWork::SharedList> filteredEntries{changes_}; // never null
-    Field<bool> showDetails{changes_, false};                 // all headers rather than the summary
+    Field<bool> showDetails{changes_, false};            // all headers rather than the summary
     Field<MailCore::UUID> selectionVersion{changes_, MailCore::UUID::random()}; // of what is shown
     Field<MailCore::UUID> readRequest{changes_, MailCore::UUID::random()};      // of every selection
     Field<bool> readerFailed{changes_, false}; // the reading view could not show the message
@@ -74,17 +82,17 @@ public:
 
     /// Opens the first 20 distinct files and folders among `urls`; a run in progress is stopped. The first of
     /// them that opens is shown. A mailto: link among the first 20 takes the place of all of them. A notice
-    /// tells how many files were left, `left` of which the caller had kept back.
+    /// says how many files were left out; `left` counts those the caller kept back.
     void open(const std::vector<MailCore::URL>& urls, std::size_t left = 0);
-    /// Opens again the changed source that `error` or, without one, `readFailure` tells of. The message that
-    /// is selected in it stays so when it is still there.
+    /// Opens the changed source again that `error` tells of or, without an error, `readFailure`. The message
+    /// selected in it stays selected if it is still there.
     void reopenSource();
     /// Shows what the mailto: link `url` carries instead of a message, and brings the window to the front.
     /// The collections stay open. A link that cannot be read changes nothing but `error`.
     void receive(const MailCore::URL& url);
-    /// The same for the text of a link that is no address by the letter.
+    /// The same for the text of a link that is not a well-formed address.
     void receive(std::string_view link);
-    /// Puts the captured link away and goes back to the collection it took the place of.
+    /// Puts the captured link away and returns to the collection it replaced.
     void closeCapture();
     /// Lets people choose what to open.
     void chooseFiles();
@@ -99,19 +107,19 @@ public:
     const MailCore::MailCollection* active() const noexcept;
     /// What the list shows: the selected collection's entries in order of display, or as they are stored
     /// until they have been ordered.
-    ArchiveWork::SharedList entries() const;
-    /// Whether that list is still being made: empty, it is no answer yet. `filteredEntries` or `error`
-    /// changes when it is done, `collections` when the selected one has been indexed.
+    ArchiveWork::SharedList entries() const { return search_.entries(); }
+    /// Whether that list is still being made, so that an empty one is no answer yet. `filteredEntries` or
+    /// `error` changes when it is done, `collections` when the selected one has been indexed.
     bool listPending() const noexcept;
     /// Changes what is looked for in the selected collection; the list follows when typing has paused.
-    void setQuery(std::string query);
-    void setNewestFirst(bool newestFirst);
+    void setQuery(std::string query) { search_.setQuery(std::move(query)); }
+    void setNewestFirst(bool newestFirst) { search_.setNewestFirst(newestFirst); }
 
     // Selection and reading
 
     /// Shows an entry of the selected collection, or nothing.
     void select(std::optional<EntryID> id);
-    /// Emitted first whenever an entry is asked for, also the one on show: a link's panel closes.
+    /// Emitted first whenever an entry is asked for, even the one on show, so that a link's panel closes.
     sigc::signal<void()>& signalSelecting() noexcept { return selecting_; }
     /// The selected entry, or null.
     MailCore::SharedEntry entry() const;
@@ -123,7 +131,7 @@ public:
     /// The reading view reports that it could not show the content tagged `identity`.
     void readingViewFailed(std::optional<MailCore::UUID> identity, const Text& explanation);
     void dismissError();
-    /// Makes this application the one that opens mail links; whether that worked.
+    /// Makes this application the one that opens mail links. The answer tells whether that worked.
     Later<bool> becomeMailHandler() { return desktop_.becomeMailHandler(); }
 
     /// Opens an attached message as a collection of its own, held in memory.
@@ -136,33 +144,19 @@ public:
     std::string errorText(const std::exception_ptr& error) const;
 
 private:
-    enum class Search { restart, refresh };
-
     AppModel(Preferences& preferences, FilePanels& panels, Desktop& desktop);
 
     struct Run;
 
-    /// The message to go back to when its source has been opened again.
+    // The message to go back to when its source has been opened again.
     struct Return {
         MailCore::URL source;
         MailCore::SharedEntry entry;
         std::optional<MailCore::UUID> request; // the selection made instead of it, until it arrives
     };
 
-    /// Where an attachment was found. Its own identity is a new one each time its message is read.
-    struct AttachmentPlace {
-        CollectionID collection;
-        EntryID entry = 0;
-        std::size_t position = 0;
-        bool operator==(const AttachmentPlace&) const = default;
-    };
-    /// An attached message opened from memory.
-    struct MemoryMessage {
-        ArchiveWork::ReadMessage content;
-        std::shared_ptr<const MailCore::Bytes> original; // null when its producer had decoded it
-        AttachmentPlace place;
-    };
-    using SharedAttachment = std::shared_ptr<const MailCore::MailAttachment>;
+    using AttachmentPlace = OpenSources::AttachmentPlace;
+    using SharedAttachment = OpenSources::SharedAttachment;
 
     static Task choose(std::shared_ptr<AppModel> self, OpenPanel::Kind kind);
     static Task openAll(std::shared_ptr<AppModel> self, Run run);
@@ -173,60 +167,36 @@ private:
     static Task storeAttachment(std::shared_ptr<AppModel> self, SharedAttachment attachment);
     static Task storeOriginal(std::shared_ptr<AppModel> self, MailCore::SharedEntry entry,
                               CollectionID collection);
-    static Task search(std::shared_ptr<AppModel> self, Search kind, CancellationToken token,
-                       CollectionID collection, std::string text);
 
     std::shared_ptr<IndexDelivery> deliveryOf(std::shared_ptr<const MailCore::MailCollection> placeholder,
                                               MailFileScope scope, CancellationToken token);
-    std::int64_t indexRoom(const MailCore::URL& opening) const;
     void receiveBatch(MailCore::EntryList entries, const MailCore::MailCollection& placeholder,
                       const MailFileScope& scope);
     bool showsOther(CollectionID id, const MailCore::URL& url) const;
     void finishIndexing(MailCore::MailCollection result, const MailFileScope& scope);
-    void interruptIndexing(std::optional<CollectionID> id);
     bool takesSelection(const Run& run, const MailFileScope& scope) const;
     void returnTo(const MailCore::EntryList& arrived, const MailCore::MailCollection& collection);
     void finishRun(const Run& run, std::vector<std::string> notices);
     void presentCollection(std::optional<CollectionID> id, std::optional<EntryID> entry);
-    void removeCollections(const MailCore::URL& url);
-    void removeCollection(std::size_t position);
-    void releaseUnusedScopes();
-    void scheduleSearch(Search kind);
-    void publishList(ArchiveWork::SharedList list);
-    void publishResults(ArchiveWork::SearchResults results, CollectionID collection);
+    void leaveSelection();
     void clearPresentation();
     void show(ArchiveWork::ReadMessage content, CollectionID collection, EntryID entry);
-    void addAttachedMessage(const SharedAttachment& attachment, AttachmentPlace place,
-                            ArchiveWork::ReadMessage content);
     AttachmentPlace placeOf(const MailCore::MailAttachment& attachment) const;
     SharedAttachment shownAttachment(MailCore::UUID id) const;
-    void checkDestination(const MailCore::URL& destination) const;
+    Outcome<Done> checkDestination(const MailCore::URL& destination) const;
     Failure fail(const std::exception_ptr& error, const FailedWork& work = {});
     Failure fail(const std::exception_ptr& error, const FailedWork& work, const MailCore::URL& collection);
-
-    const MailCore::MailCollection* find(CollectionID id) const noexcept;
-    MailCore::MailCollection* edit(CollectionID id);
-    MailFileScope scopeOf(const MailCore::URL& url) const;
 
     Preferences& preferences_;
     FilePanels& panels_;
     Desktop& desktop_;
 
     sigc::signal<void()> selecting_;
-    std::map<CollectionID, MemoryMessage> memoryMessages_;
-    std::map<CollectionID, EntryID> rememberedSelections_;
-    std::optional<CollectionID> beforeCapture_;     // selected when the captured link arrived
-    std::optional<CollectionID> orderedCollection_; // whose entries filteredEntries holds
+    std::optional<CollectionID> beforeCapture_; // selected when the captured link arrived
     std::optional<CollectionID> displayedCollection_;
     std::optional<EntryID> displayedEntry_;
-    CancellationToken token_;       // of the open run
-    CancellationToken readToken_;   // of the read for the selection
-    CancellationToken searchToken_; // of the search that is pending or under way
-    bool searchPending_ = false;
-    bool searchRefresh_ = false; // entries arrived while one was pending
-    std::string displayedQuery_; // the trimmed text that filteredEntries was last started for
-    std::map<MailCore::URL, MailFileScope> scopes_;
-    std::optional<CollectionID> openingID_;          // placeholder being indexed
+    CancellationToken token_;                        // of the open run
+    CancellationToken readToken_;                    // of the read for the selection
     std::optional<CollectionID> preferredOpeningID_; // placeholder that takes the selection
     std::optional<MailCore::URL> changedSource_;     // of which `error` tells
     std::optional<Return> return_;

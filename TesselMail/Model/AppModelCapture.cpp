@@ -21,14 +21,7 @@ void AppModel::receive(std::string_view text) {
     cancel();
     if (*selectedCollection) beforeCapture_ = *selectedCollection; // a second link comes without one
     capture.set(std::move(link));
-    if (readToken_) readToken_->stop();
-    reading.set(false);
-    clearPresentation();
-    selectedCollection.set(std::nullopt);
-    selectedEntry.set(std::nullopt);
-    query.set("");
-    scheduleSearch(Search::restart);
-    showDetails.set(false);
+    leaveSelection();
     desktop_.present();
 }
 
@@ -36,7 +29,7 @@ void AppModel::closeCapture() {
     if (!*capture) return;
     const Changing changing(changes_);
     const std::optional<CollectionID> former = std::exchange(beforeCapture_, std::nullopt);
-    selectCollection(former && find(*former) ? former : std::nullopt);
+    selectCollection(former && sources_.find(*former) ? former : std::nullopt);
 }
 
 } // namespace TesselMail

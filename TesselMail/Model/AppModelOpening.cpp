@@ -31,14 +31,6 @@ std::vector<URL> distinctFiles(const std::vector<URL>& urls) {
     return files;
 }
 
-// What the source is called until the engine has looked at it.
-std::string presumedKind(const URL& url) {
-    const std::string extension = MailCore::Text::lowered(url.pathExtension());
-    if (extension == "mbox" || extension == "mbx" || extension == "mbo") return "MBOX";
-    if (extension.empty() || g_file_test(url.path().c_str(), G_FILE_TEST_IS_DIR)) return "Maildir";
-    return MailCore::Text::uppered(extension);
-}
-
 // What a check for changes looks at, without the other 200,000 handles.
 MailCollection withFirstEntry(const MailCollection& collection) {
     MailCollection result{.id = collection.id,
@@ -53,7 +45,7 @@ MailCollection withFirstEntry(const MailCollection& collection) {
     return result;
 }
 
-// What a file is called in a notice: a name cannot begin another one, nor turn its sentence around.
+// What a file is called in a notice. A name cannot begin another notice, nor turn the sentence around.
 std::string nameOf(const URL& url) {
     const std::string name = url.lastPathComponent();
     std::string result;
@@ -107,7 +99,7 @@ void AppModel::open(const std::vector<URL>& urls, std::size_t left) {
 
     Run run{.scopes = {}, .token = token_, .request = *readRequest, .left = left};
     for (const URL& url : files) {
-        MailFileScope scope = scopeOf(url);
+        MailFileScope scope = sources_.scopeOf(url);
         if (!scope) scope = std::make_shared<const ScopedMailFile>(ScopedMailFile{url});
         run.scopes.push_back(std::move(scope));
     }
@@ -138,59 +130,44 @@ Task AppModel::openAll(std::shared_ptr<AppModel> self, Run run) {
     for (const MailFileScope& scope : run.scopes) {
         if (run.token->isStopped()) break;
 
-        const auto opened = std::ranges::find(*self->collections, scope->url, &MailCollection::url);
-        if (opened != self->collections->end()) {
+        if (const MailCollection* const opened = self->sources_.find(scope->url)) {
             const auto snapshot = std::make_shared<const MailCollection>(withFirstEntry(*opened));
-            bool current = false;
-            try {
-                current = co_await ArchiveWork::isCurrent(snapshot, scope, run.token);
-            } catch (const std::exception&) {
-                // No thread for it: nor for indexing, which says so.
-            }
+            auto current = co_await ArchiveWork::isCurrent(snapshot, scope, run.token).outcome();
             if (run.token->isStopped()) break;
-            if (current) {
+            if (current && std::move(current).take()) { // what fails here fails in indexing, which says so
                 const Changing changing(self->changes_);
-                if (self->takesSelection(run, scope) && self->find(snapshot->id))
+                if (self->takesSelection(run, scope) && self->sources_.find(snapshot->id))
                     self->selectCollection(snapshot->id);
                 continue;
             }
         }
 
-        auto placeholder = std::make_shared<MailCollection>();
-        placeholder->url = scope->url;
-        placeholder->kind = presumedKind(scope->url);
-        placeholder->isIndexing = true;
+        const auto placeholder = std::make_shared<const MailCollection>(OpenSources::placeholder(scope->url));
         if (self->takesSelection(run, scope)) self->preferredOpeningID_ = placeholder->id;
-        const std::int64_t room = self->indexRoom(scope->url);
+        const std::int64_t room = self->sources_.indexRoom(scope->url);
         if (room < 1) {
             notices.push_back(self->preferences_.text(Texts::freeIndexMemory));
             continue;
         }
-        self->openingID_ = placeholder->id;
+        self->sources_.begin(placeholder->id);
 
         const auto delivery = self->deliveryOf(placeholder, scope, run.token);
         const MailCore::IndexLimits limits(MailCore::Limits::messages, room);
-        std::exception_ptr failure;
-        std::optional<MailCollection> result;
-        try {
-            result = co_await ArchiveWork::index(scope, limits, run.token, delivery);
-        } catch (...) {
-            failure = std::current_exception();
-        }
+        auto indexed = co_await ArchiveWork::index(scope, limits, run.token, delivery).outcome();
 
         const Changing changing(self->changes_);
         delivery->flush();
         if (run.token->isStopped()) break;
-        self->openingID_.reset();
-        if (result) {
-            result->id = placeholder->id;
-            self->finishIndexing(std::move(*result), scope);
-            const MailCollection* const listed = self->find(placeholder->id);
+        if (indexed) {
+            MailCollection result = std::move(indexed).take();
+            result.id = placeholder->id;
+            self->finishIndexing(std::move(result), scope);
+            const MailCollection* const listed = self->sources_.find(placeholder->id);
             if (listed && listed->entries.empty() && listed->indexLimitReached)
                 notices.push_back(self->preferences_.text(Texts::freeIndexMemory));
         } else {
-            self->interruptIndexing(placeholder->id);
-            const Text text = failureText(failure, {.source = scope->url}).text;
+            self->sources_.interrupt();
+            const Text text = failureText(indexed.error(), {.source = scope->url}).text;
             notices.push_back(nameOf(scope->url) + ": " + self->preferences_.text(text));
         }
     }
@@ -208,41 +185,23 @@ std::shared_ptr<IndexDelivery> AppModel::deliveryOf(std::shared_ptr<const MailCo
     });
 }
 
-std::int64_t AppModel::indexRoom(const URL& opening) const {
-    std::int64_t room = MailCore::Limits::indexBytes;
-    for (const MailCollection& collection : *collections)
-        if (!(collection.url == opening)) room -= collection.metadataBytes;
-    return room;
-}
-
 void AppModel::receiveBatch(MailCore::EntryList entries, const MailCollection& placeholder,
                             const MailFileScope& scope) {
     const Changing changing(changes_);
     const bool staleShown = showsOther(placeholder.id, placeholder.url);
     // A placeholder that was listed and is gone has been closed, which stopped the run: no batch gets here.
-    if (!find(placeholder.id)) {
-        removeCollections(placeholder.url);
-        collections.edit().push_back(placeholder);
-        scopes_[scope->url] = scope;
-    }
-
-    MailCollection& collection = *edit(placeholder.id);
-    const MailCore::SharedEntry first = entries.empty() ? nullptr : entries.front();
-    for (const MailCore::SharedEntry& entry : entries) {
-        collection.metadataBytes += entry->metadataBytes();
-        collection.entries.push_back(entry);
-    }
-    progress.set(collection.entries.size());
+    const auto first = entries.empty() ? std::nullopt : std::optional(entries.front()->id);
+    progress.set(sources_.add(entries, placeholder, scope));
 
     if (staleShown || preferredOpeningID_ == placeholder.id)
-        presentCollection(placeholder.id, first ? std::optional(first->id) : std::nullopt);
+        presentCollection(placeholder.id, first);
     else if (*selectedCollection == placeholder.id)
-        scheduleSearch(Search::refresh);
+        search_.refresh();
     returnTo(entries, placeholder);
 }
 
-// Goes on from the message that was selected before its source was opened again, once it arrives; people who
-// have chosen another one meanwhile stay with it.
+// Returns to the message that was selected before its source was opened again, once it arrives. If people
+// have chosen another one meanwhile, they stay there.
 void AppModel::returnTo(const MailCore::EntryList& arrived, const MailCollection& collection) {
     if (!return_ || !(return_->source == collection.url) || *selectedCollection != collection.id) return;
     if (!return_->request) return_->request = *readRequest;
@@ -267,39 +226,19 @@ void AppModel::finishIndexing(MailCollection result, const MailFileScope& scope)
     const CollectionID id = result.id;
     const auto first = result.entries.empty() ? std::nullopt : std::optional(result.entries.front()->id);
     const bool staleShown = showsOther(id, result.url);
-    MailCore::EntryList arrived; // now, rather than in batches before
-    if (MailCollection* const listed = edit(id)) {
-        listed->isIndexing = false;
-        listed->kind = std::move(result.kind);
-        listed->indexLimitReached = result.indexLimitReached;
-        ArchiveWork::release(std::make_shared<const MailCore::EntryList>(std::move(result.entries)));
-    } else {
-        removeCollections(result.url);
-        result.isIndexing = false;
-        arrived = result.entries;
-        collections.edit().push_back(std::move(result));
-        scopes_[scope->url] = scope;
-    }
-    if (*selectedCollection == id) scheduleSearch(Search::refresh);
+    const MailCore::EntryList arrived = sources_.finish(std::move(result), scope); // rather than in batches
+    if (*selectedCollection == id) search_.refresh();
     if (staleShown || preferredOpeningID_ == id) presentCollection(id, first);
-    if (const MailCollection* const listed = find(id)) returnTo(arrived, *listed);
-}
-
-void AppModel::interruptIndexing(std::optional<CollectionID> id) {
-    MailCollection* const collection = id ? edit(*id) : nullptr;
-    if (!collection) return;
-    collection->isIndexing = false;
-    collection->indexInterrupted = true;
+    if (const MailCollection* const listed = sources_.find(id)) returnTo(arrived, *listed);
 }
 
 void AppModel::finishRun(const Run& run, std::vector<std::string> notices) {
     if (token_ != run.token) return;
     const Changing changing(changes_);
     busy.set(false);
-    openingID_.reset();
     preferredOpeningID_.reset();
     return_.reset();
-    releaseUnusedScopes();
+    sources_.releaseUnusedScopes();
     if (run.left > 0) {
         const std::string text = preferences_.text(run.left == 1 ? Texts::fileLeft : Texts::filesLeft);
         notices.push_back(fmt::format(fmt::runtime(text), run.left));
@@ -312,9 +251,8 @@ void AppModel::finishRun(const Run& run, std::vector<std::string> notices) {
 void AppModel::cancel() {
     const Changing changing(changes_);
     if (token_) token_->stop();
-    interruptIndexing(openingID_);
+    sources_.interrupt();
     preferredOpeningID_.reset();
-    openingID_.reset();
     return_.reset();
     busy.set(false);
 }
@@ -344,12 +282,9 @@ Task AppModel::choose(std::shared_ptr<AppModel> self, OpenPanel::Kind kind) {
 void AppModel::selectCollection(std::optional<CollectionID> id) {
     const Changing changing(changes_);
     std::optional<EntryID> wanted;
-    if (const MailCollection* const collection = id ? find(*id) : nullptr) {
-        if (const auto remembered = rememberedSelections_.find(*id);
-            remembered != rememberedSelections_.end())
-            wanted = remembered->second;
-        else if (!collection->entries.empty())
-            wanted = collection->entries.front()->id;
+    if (const MailCollection* const collection = id ? sources_.find(*id) : nullptr) {
+        wanted = sources_.remembered(*id);
+        if (!wanted && !collection->entries.empty()) wanted = collection->entries.front()->id;
     }
     presentCollection(id, wanted);
 }
@@ -359,67 +294,27 @@ void AppModel::presentCollection(std::optional<CollectionID> id, std::optional<E
     preferredOpeningID_.reset();
     selectedCollection.set(id);
     capture.set(std::nullopt);
-    query.set("");
-    scheduleSearch(Search::restart);
+    search_.list(id);
     select(entry);
 }
 
 void AppModel::closeCollection(CollectionID id) {
-    const MailCollection* const closing = find(id);
-    if (!closing) return;
+    if (!sources_.find(id)) return;
     const Changing changing(changes_);
-    if (openingID_ == id) cancel();
-    const auto position = static_cast<std::size_t>(closing - collections->data());
+    if (sources_.isIndexing(id)) cancel();
     const bool wasSelected = *selectedCollection == id;
-    removeCollection(position);
-    rememberedSelections_.erase(id);
-    memoryMessages_.erase(id);
-    if (wasSelected) {
-        const std::size_t left = collections->size();
-        selectCollection(left == 0 ? std::nullopt
-                                   : std::optional((*collections)[std::min(position, left - 1)].id));
-    }
-    releaseUnusedScopes();
+    const std::optional<CollectionID> neighbour = sources_.close(id);
+    if (wasSelected) selectCollection(neighbour);
 }
 
 void AppModel::closeAll() {
     const Changing changing(changes_);
     cancel();
-    reading.set(false);
     dismissError();
     progress.set(0);
-    if (readToken_) readToken_->stop();
-    while (!collections->empty()) removeCollection(collections->size() - 1);
-    selectedCollection.set(std::nullopt);
-    selectedEntry.set(std::nullopt);
-    clearPresentation();
+    sources_.closeAll();
     capture.set(std::nullopt);
-    query.set("");
-    scheduleSearch(Search::restart);
-    scopes_.clear();
-    rememberedSelections_.clear();
-    memoryMessages_.clear();
-}
-
-void AppModel::removeCollections(const URL& url) {
-    for (std::size_t position = collections->size(); position > 0; --position)
-        if ((*collections)[position - 1].url == url) removeCollection(position - 1);
-}
-
-// A long list is let go of elsewhere.
-void AppModel::removeCollection(std::size_t position) {
-    auto& open = collections.edit();
-    const auto closing = open.begin() + static_cast<std::ptrdiff_t>(position);
-    ArchiveWork::release(std::make_shared<const MailCore::EntryList>(std::move(closing->entries)));
-    open.erase(closing);
-}
-
-void AppModel::releaseUnusedScopes() {
-    const auto isOpen = [this](const URL& url) {
-        return std::ranges::find(*collections, url, &MailCollection::url) != collections->end();
-    };
-    std::erase_if(scopes_, [&](const auto& scope) { return !isOpen(scope.first); });
-    std::erase_if(rememberedSelections_, [this](const auto& selection) { return !find(selection.first); });
+    leaveSelection();
 }
 
 } // namespace TesselMail

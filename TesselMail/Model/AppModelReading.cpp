@@ -1,7 +1,6 @@
 // How one message is selected, read and shown, and what of it can be written out.
 #include "TesselMail/Model/AppModel.h"
 
-#include "MailCore/Dates/MailDate.h"
 #include "MailCore/Model/Limits.h"
 #include "MailCore/Model/MailError.h"
 #include "MailCore/Model/SafeFilename.h"
@@ -20,8 +19,6 @@ using MailCore::SharedEntry;
 using MailCore::URL;
 
 namespace {
-
-constexpr std::size_t memoryCollections = 20;
 
 std::string proposedName(const MailCore::MessageEntry& entry) {
     const std::string extension = MailCore::Text::lowered(entry.file.pathExtension());
@@ -64,7 +61,7 @@ void AppModel::select(std::optional<EntryID> id) {
 
     if (readToken_) readToken_->stop();
     selectedEntry.set(id);
-    if (*selectedCollection && id) rememberedSelections_[**selectedCollection] = *id;
+    if (*selectedCollection && id) sources_.remember(**selectedCollection, *id);
     readRequest.set(MailCore::UUID::random());
 
     const SharedEntry selected = entry();
@@ -74,34 +71,28 @@ void AppModel::select(std::optional<EntryID> id) {
         return;
     }
     const CollectionID collection = **selectedCollection;
-    if (const auto memory = memoryMessages_.find(collection); memory != memoryMessages_.end()) {
-        show(memory->second.content, collection, selected->id);
+    if (const auto* const memory = sources_.memory(collection)) {
+        show(memory->content, collection, selected->id);
         return;
     }
     readToken_ = std::make_shared<Cancellation>();
     readFailure.set(std::nullopt);
     reading.set(true);
-    readEntry(shared_from_this(), collection, selected, scopeOf(active()->url), readToken_);
+    readEntry(shared_from_this(), collection, selected, sources_.scopeOf(active()->url), readToken_);
 }
 
 Task AppModel::readEntry(std::shared_ptr<AppModel> self, CollectionID collection, SharedEntry entry,
                          MailFileScope scope, CancellationToken token) {
-    std::exception_ptr failure;
-    ArchiveWork::ReadMessage content;
-    try {
-        content = co_await ArchiveWork::read(entry, scope, token);
-    } catch (...) {
-        failure = std::current_exception();
-    }
+    auto content = co_await ArchiveWork::read(entry, scope, token).outcome();
     if (token->isStopped()) co_return;
     const Changing changing(self->changes_);
-    if (!failure) {
-        self->show(std::move(content), collection, entry->id);
+    if (content) {
+        self->show(std::move(content).take(), collection, entry->id);
         co_return;
     }
     self->clearPresentation();
     self->reading.set(false);
-    self->readFailure.set(self->fail(failure, {.source = entry->file}));
+    self->readFailure.set(self->fail(content.error(), {.source = entry->file}));
 }
 
 void AppModel::show(ArchiveWork::ReadMessage content, CollectionID collection, EntryID entry) {
@@ -114,6 +105,16 @@ void AppModel::show(ArchiveWork::ReadMessage content, CollectionID collection, E
     selectionVersion.set(MailCore::UUID::random());
     showDetails.set(false);
     reading.set(false);
+}
+
+// Nothing is selected, listed or shown any more, and nothing is being read.
+void AppModel::leaveSelection() {
+    if (readToken_) readToken_->stop();
+    reading.set(false);
+    clearPresentation();
+    selectedCollection.set(std::nullopt);
+    selectedEntry.set(std::nullopt);
+    search_.list(std::nullopt);
 }
 
 void AppModel::clearPresentation() {
@@ -154,9 +155,8 @@ void AppModel::previewAttachment(MailCore::UUID id) {
     if (!attachment || !attachment->canPreview()) return;
     const Changing changing(changes_);
     const AttachmentPlace place = placeOf(*attachment);
-    for (const auto& [collection, memory] : memoryMessages_)
-        if (memory.place == place) return selectCollection(collection);
-    if (memoryMessages_.size() >= memoryCollections) {
+    if (const auto collection = sources_.openedFrom(place)) return selectCollection(collection);
+    if (sources_.memoryFull()) {
         fail(std::make_exception_ptr(MailError(MailError::tooMany)));
         return;
     }
@@ -166,52 +166,17 @@ void AppModel::previewAttachment(MailCore::UUID id) {
 Task AppModel::readAttachment(std::shared_ptr<AppModel> self, SharedAttachment attachment,
                               AttachmentPlace place) {
     const MailCore::UUID version = *self->selectionVersion;
-    std::exception_ptr failure;
-    ArchiveWork::ReadMessage content;
-    try {
-        content = co_await ArchiveWork::attachment(attachment, std::make_shared<Cancellation>());
-    } catch (...) {
-        failure = std::current_exception();
-    }
+    auto content = co_await ArchiveWork::attachment(attachment, std::make_shared<Cancellation>()).outcome();
     const Changing changing(self->changes_);
-    if (failure)
-        self->fail(failure);
+    if (!content)
+        self->fail(content.error());
     else if (self->currentMessageReady() && *self->selectionVersion == version)
-        self->addAttachedMessage(attachment, place, std::move(content));
+        self->selectCollection(self->sources_.add(attachment, place, std::move(content).take()));
 }
 
 AppModel::AttachmentPlace AppModel::placeOf(const MailAttachment& attachment) const {
     const auto position = &attachment - (*message)->attachments.data();
     return {*displayedCollection_, *displayedEntry_, static_cast<std::size_t>(position)};
-}
-
-void AppModel::addAttachedMessage(const SharedAttachment& attachment, AttachmentPlace place,
-                                  ArchiveWork::ReadMessage content) {
-    const MailCore::MailMessage& decoded = *content.message;
-    const auto base = URL::parse("tessel-mail-message://" + MailCore::UUID::random().text() + "/");
-    if (!base) return;
-    const URL url = base->appending(MailCore::safeFilename(attachment->name));
-
-    MailCore::MessageEntry entry{.id = 0,
-                                 .subject = decoded.subject,
-                                 .from = decoded.from,
-                                 .date = decoded.date,
-                                 .length = static_cast<std::int64_t>(attachment->bytes.size()),
-                                 .file = url,
-                                 .recipients = decoded.to + " " + decoded.cc,
-                                 .timestamp = MailCore::MailDate::timestamp(decoded.date)};
-    MailCollection collection;
-    collection.url = url;
-    collection.kind = "Message";
-    collection.entries.push_back(std::make_shared<const MailCore::MessageEntry>(std::move(entry)));
-
-    MemoryMessage memory{.content = std::move(content), .original = nullptr, .place = place};
-    if (attachment->embedded.empty()) // up to 32 MiB: kept with its message rather than copied here
-        memory.original = std::shared_ptr<const MailCore::Bytes>(attachment, &attachment->bytes);
-    const CollectionID id = collection.id;
-    memoryMessages_.emplace(id, std::move(memory));
-    collections.edit().push_back(std::move(collection));
-    selectCollection(id);
 }
 
 void AppModel::saveAttachment(MailCore::UUID id) {
@@ -225,21 +190,16 @@ Task AppModel::storeAttachment(std::shared_ptr<AppModel> self, SharedAttachment 
     const std::optional<URL> destination = co_await self->panels_.save(std::move(panel));
     if (!destination) co_return;
     const std::shared_ptr<const MailCore::Bytes> bytes(attachment, &attachment->bytes);
-    std::exception_ptr failure;
-    try {
-        self->checkDestination(*destination);
-        co_await ArchiveWork::write(bytes, *destination);
-    } catch (...) {
-        failure = std::current_exception();
-    }
+    Outcome<Done> written = self->checkDestination(*destination);
+    if (written) written = co_await ArchiveWork::write(bytes, *destination).outcome();
     const Changing changing(self->changes_);
-    if (failure) self->fail(failure, {.kind = FailedWork::Kind::saving, .source = std::nullopt});
+    if (!written) self->fail(written.error(), {.kind = FailedWork::Kind::saving, .source = std::nullopt});
 }
 
 bool AppModel::canExportOriginal() const {
     if (!*selectedCollection || !entry()) return false;
-    const auto memory = memoryMessages_.find(**selectedCollection);
-    return memory == memoryMessages_.end() || memory->second.original;
+    const auto* const memory = sources_.memory(**selectedCollection);
+    return !memory || memory->original;
 }
 
 void AppModel::exportOriginal() {
@@ -249,33 +209,33 @@ void AppModel::exportOriginal() {
 
 Task AppModel::storeOriginal(std::shared_ptr<AppModel> self, SharedEntry entry, CollectionID collection) {
     // What is to be written is settled before the panel opens; the collection may be closed meanwhile.
-    const auto memory = self->memoryMessages_.find(collection);
-    const auto original = memory == self->memoryMessages_.end() ? nullptr : memory->second.original;
-    const URL source = self->find(collection)->url;
-    const MailFileScope scope = self->scopeOf(source);
+    const auto* const memory = self->sources_.memory(collection);
+    const auto original = memory ? memory->original : nullptr;
+    const URL source = self->sources_.find(collection)->url;
+    const MailFileScope scope = self->sources_.scopeOf(source);
 
     SavePanel panel = savePanel(self->preferences_, Texts::exportOriginal, proposedName(*entry));
     const std::optional<URL> destination = co_await self->panels_.save(std::move(panel));
     if (!destination) co_return;
     const auto token = std::make_shared<Cancellation>();
-    std::exception_ptr failure;
-    try {
-        self->checkDestination(*destination);
-        if (original)
-            co_await ArchiveWork::write(original, *destination);
-        else
-            co_await ArchiveWork::exportOriginal(entry, *destination, scope, token);
-    } catch (...) {
-        failure = std::current_exception();
-    }
+    Outcome<Done> written = self->checkDestination(*destination);
+    if (written && original)
+        written = co_await ArchiveWork::write(original, *destination).outcome();
+    else if (written)
+        written = co_await ArchiveWork::exportOriginal(entry, *destination, scope, token).outcome();
     const Changing changing(self->changes_);
-    if (failure) self->fail(failure, {.kind = FailedWork::Kind::saving, .source = entry->file}, source);
+    if (!written)
+        self->fail(written.error(), {.kind = FailedWork::Kind::saving, .source = entry->file}, source);
 }
 
-void AppModel::checkDestination(const URL& destination) const {
-    std::vector<URL> open;
-    for (const MailCollection& collection : *collections) open.push_back(collection.url);
-    MailCore::MailReader::validateDestination(destination, open);
+// No open source may be written over.
+Outcome<Done> AppModel::checkDestination(const URL& destination) const {
+    return Outcome<Done>::of([&] {
+        std::vector<URL> open;
+        for (const MailCollection& collection : *collections) open.push_back(collection.url);
+        MailCore::MailReader::validateDestination(destination, open);
+        return Done();
+    });
 }
 
 } // namespace TesselMail

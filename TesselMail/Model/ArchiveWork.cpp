@@ -57,12 +57,13 @@ Queues& queues() {
     return instance;
 }
 
-// Runs `work` on `queue` and resumes who awaits the result. What `work` holds is released on the interface
-// thread, before the waiting task goes on.
+// Runs `work` on a queue and resumes the task that awaits the result. What `work` holds is released on the
+// interface thread, before the waiting task goes on. If the thread of the queue cannot start, the work has
+// failed with that error.
 template <typename Value, typename Work>
-Later<Value> on(SerialQueue& queue, Work work) {
-    return Later<Value>([&queue, work = std::make_shared<Work>(std::move(work))](auto finish) {
-        queue.submit([work, finish = std::move(finish)]() mutable {
+Later<Value> on(SerialQueue& (Queues::*queue)(), Work work) {
+    return Later<Value>([queue, work = std::make_shared<Work>(std::move(work))](auto finish) {
+        (queues().*queue)().submit([work, finish = std::move(finish)]() mutable {
             auto outcome = std::make_shared<Outcome<Value>>(Outcome<Value>::of(*work));
             InterfaceThread::post(
                 [work = std::move(work), finish = std::move(finish), outcome = std::move(outcome)]() mutable {
@@ -128,7 +129,7 @@ void writeFile(const MailCore::Bytes& bytes, const MailCore::URL& destination) {
 
 Later<MailCore::MailCollection> index(MailFileScope scope, MailCore::IndexLimits limits,
                                       CancellationToken token, std::shared_ptr<IndexDelivery> delivery) {
-    return on<MailCore::MailCollection>(queues().indexing(), [=] {
+    return on<MailCore::MailCollection>(&Queues::indexing, [=] {
         return MailCore::MailReader::collection(
             scope->url, cancelledBy(token), [](std::size_t) {}, limits,
             [&delivery](std::span<const MailCore::SharedEntry> batch) { delivery->push(batch); });
@@ -137,7 +138,7 @@ Later<MailCore::MailCollection> index(MailFileScope scope, MailCore::IndexLimits
 
 Later<bool> isCurrent(std::shared_ptr<const MailCore::MailCollection> collection, MailFileScope scope,
                       CancellationToken token) {
-    return on<bool>(queues().indexing(), [collection, scope, token] {
+    return on<bool>(&Queues::indexing, [collection, scope, token] {
         try {
             return !token->isStopped() && MailCore::MailReader::isCurrent(*collection);
         } catch (const std::exception&) {
@@ -147,7 +148,7 @@ Later<bool> isCurrent(std::shared_ptr<const MailCore::MailCollection> collection
 }
 
 Later<ReadMessage> read(MailCore::SharedEntry entry, MailFileScope scope, CancellationToken token) {
-    return on<ReadMessage>(queues().reading(), [entry, scope, token] {
+    return on<ReadMessage>(&Queues::reading, [entry, scope, token] {
         check(token);
         auto message = MailCore::MailReader::message(*entry, cancelledBy(token));
         check(token);
@@ -159,7 +160,7 @@ Later<ReadMessage> read(MailCore::SharedEntry entry, MailFileScope scope, Cancel
 
 Later<ReadMessage> attachment(std::shared_ptr<const MailCore::MailAttachment> attachment,
                               CancellationToken token) {
-    return on<ReadMessage>(queues().reading(), [attachment, token] {
+    return on<ReadMessage>(&Queues::reading, [attachment, token] {
         check(token);
         auto result = readable(attachedMessage(*attachment, token));
         check(token);
@@ -169,14 +170,14 @@ Later<ReadMessage> attachment(std::shared_ptr<const MailCore::MailAttachment> at
 
 Later<Done> exportOriginal(MailCore::SharedEntry entry, MailCore::URL destination, MailFileScope scope,
                            CancellationToken token) {
-    return on<Done>(queues().reading(), [entry, destination, scope, token] {
+    return on<Done>(&Queues::reading, [entry, destination, scope, token] {
         MailCore::MailReader::exportOriginal(*entry, destination, cancelledBy(token), exportChunk);
         return Done();
     });
 }
 
 Later<Done> write(std::shared_ptr<const MailCore::Bytes> bytes, MailCore::URL destination) {
-    return on<Done>(queues().reading(), [bytes, destination] {
+    return on<Done>(&Queues::reading, [bytes, destination] {
         writeFile(*bytes, destination);
         return Done();
     });
@@ -187,7 +188,7 @@ Later<SearchResults> search(MailCore::EntryList entries, std::string query, bool
     // The list is handed on, not copied: the work runs once.
     const auto input = std::make_shared<MailCore::EntryList>(std::move(entries));
     return on<SearchResults>(
-        queues().searching(),
+        &Queues::searching,
         [input, query = std::move(query), newestFirst, scopes = std::move(scopes), token]() -> SearchResults {
             check(token);
             const MailCore::EntryList searched = std::move(*input);
@@ -202,12 +203,12 @@ Later<SearchResults> search(MailCore::EntryList entries, std::string query, bool
 }
 
 void release(SharedList list) {
-    // By way of the interface thread: its views, which hear of the change in this very turn, let go first.
+    // By way of the interface thread, so that its views, which hear of the change in this turn, let go first.
     InterfaceThread::post([list = std::move(list)]() mutable {
         try {
             queues().searching().submit([list = std::move(list)]() mutable { list.reset(); });
         } catch (const std::exception&) {
-            // There is no thread for it: it goes here and now.
+            // No thread can be started: the list goes here and now.
         }
     });
 }

@@ -7,7 +7,8 @@
 
 namespace TesselMail {
 
-/// The stop flag of one piece of work, shared by who asked for it and who does it. Once stopped it stays so.
+/// The stop flag of one piece of work, shared by the side that asked for it and the side that does it. Once
+/// stopped, it stays stopped.
 class Cancellation {
 public:
     void stop() noexcept { stopped_.store(true, std::memory_order_release); }
@@ -19,7 +20,7 @@ private:
 
 using CancellationToken = std::shared_ptr<Cancellation>;
 
-/// The question the engine asks, answered by `token`, which it keeps alive.
+/// The predicate for the engine: whether `token` has been stopped. It keeps the token alive.
 inline MailCore::Cancelled cancelledBy(CancellationToken token) {
     return [token = std::move(token)] { return token->isStopped(); };
 }

@@ -18,13 +18,13 @@ using MailCore::URL;
 
 namespace {
 
-/// What a tel: or sms: address calls: all between the scheme and the query.
+// What a tel: or sms: address calls: all between the scheme and the query.
 std::string calledNumber(std::string_view address) {
     constexpr std::size_t scheme = 4;
     return MailCore::percentDecoded(address.substr(scheme, address.find('?') - scheme));
 }
 
-/// The first item of the query whose name is "body".
+// The first item of the query whose name is "body".
 std::string bodyItem(const URL& url) {
     if (!url.query()) return {};
     for (std::string_view rest = *url.query(); !rest.empty();) {
@@ -37,7 +37,7 @@ std::string bodyItem(const URL& url) {
     return {};
 }
 
-/// Makes the panels of links in one language.
+// Makes the panels of links in one language.
 class LinkPanels {
 public:
     explicit LinkPanels(bool chinese) : chinese_(chinese) {}

@@ -8,7 +8,7 @@
 namespace TesselMail {
 
 /// A link of a message as people see it: what kind it is, the values it carries, and the one text that
-/// copying it gives. In the language it was made in.
+/// copying it gives, all in the language it was made in.
 struct CapturedMailLink {
     struct Field {
         int id = 0; // the field's place among those of its kind of link

@@ -18,7 +18,7 @@ namespace {
 
 using MailCore::MailError;
 
-/// A cause that the system's error number proves.
+// A cause that the system's error number proves.
 struct Cause {
     FailedWork::Kind kind;
     int number;
@@ -43,7 +43,7 @@ const Text* causeOf(FailedWork::Kind kind, int number) {
     return found == causes.end() ? nullptr : found->text;
 }
 
-// What the system answers to the call with which a source is opened; 0 when it opens.
+// The error number with which the system refuses to open a source; 0 when it opens it.
 int refusalOf(const std::string& path) {
     const MailCore::FileHandle handle(::open(path.c_str(), O_RDONLY | O_NONBLOCK | O_CLOEXEC));
     return handle.isOpen() ? 0 : errno;
@@ -63,7 +63,7 @@ const Text* causeInFolder(const std::string& path, const MailError& error) {
     return nullptr;
 }
 
-// The engine does not say why a source could not be read: it is asked for once more.
+// The engine does not say why a source could not be read, so the file system is asked.
 const Text* causeInSource(const FailedWork& work, const MailError& error) {
     const bool unreadable = error == MailError(MailError::malformed);
     if (!work.source || !work.source->isFile()) return nullptr;

@@ -26,9 +26,9 @@ struct Failure {
     bool operator==(const Failure&) const = default;
 };
 
-/// Says what is so where the cause can be told: a missing file, a missing permission, a full disk; otherwise
-/// what errorText says. Asks the file system for the source, so it is called soon after the failure and for
-/// local files.
+/// Names the cause where the system proves one (a missing file, a missing permission, a full disk); otherwise
+/// says what errorText says. Looks at the source in the file system, so it is called soon after the failure
+/// and for local files.
 Failure failureText(const std::exception_ptr& error, const FailedWork& work);
 
 } // namespace TesselMail

@@ -38,13 +38,8 @@ bool MailWebCoordinator::Content::matches(const std::optional<Content>& other) c
            other->paperRGB == paperRGB;
 }
 
-MailWebCoordinator::MailWebCoordinator(MailWebPage& page, OpenLink open, Report report, Applied applied)
-    : page_(&page), open_(std::move(open)), report_(std::move(report)), onApplied_(std::move(applied)),
-      self_(std::make_shared<MailWebCoordinator*>(this)) {}
-
-MailWebCoordinator::~MailWebCoordinator() {
-    *self_ = nullptr;
-}
+MailWebCoordinator::MailWebCoordinator(ReadingPage& page, OpenLink open, Report report, Applied applied)
+    : page_(&page), open_(std::move(open)), report_(std::move(report)), onApplied_(std::move(applied)) {}
 
 std::uint32_t MailWebCoordinator::paperColor(bool dark) noexcept {
     constexpr std::uint32_t white = 0xFFFFFF;
@@ -108,9 +103,10 @@ void MailWebCoordinator::apply() {
     applying_ = true;
     const bool replace = !applied_ || applied_->identity != desired_->identity;
     const std::uint64_t update = ++updates_;
-    page_->update(updateFor(*desired_, replace), [self = self_, sent = *desired_, update](bool succeeded) {
-        if (*self) (*self)->updated(sent, update, succeeded);
-    });
+    page_->update(updateFor(*desired_, replace),
+                  [self = alive_.handle(), sent = *desired_, update](bool succeeded) {
+                      if (self) self->updated(sent, update, succeeded);
+                  });
 }
 
 void MailWebCoordinator::updated(const Content& sent, std::uint64_t update, bool succeeded) {
@@ -157,10 +153,11 @@ bool MailWebCoordinator::allows(const Navigation& navigation) {
 
 void MailWebCoordinator::clicked(const std::string& token) {
     const MailCore::UUID identity = applied_->identity;
-    page_->locateLink(std::string(linkPrefix) + token, [self = self_, identity, address = links_.at(token)](
-                                                           std::optional<PageRectangle> found) {
-        if (*self) (*self)->located(identity, address, found);
-    });
+    page_->locateLink(
+        std::string(linkPrefix) + token,
+        [self = alive_.handle(), identity, address = links_.at(token)](std::optional<PageRectangle> found) {
+            if (self) self->located(identity, address, found);
+        });
 }
 
 void MailWebCoordinator::located(MailCore::UUID identity, const std::string& address,

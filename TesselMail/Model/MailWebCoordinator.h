@@ -2,7 +2,9 @@
 
 #include "MailCore/Platform/UUID.h"
 #include "MailCore/Rendering/RenderedMail.h"
+#include "TesselMail/Model/ReadingPage.h"
 #include "TesselMail/Model/Texts.h"
+#include "TesselMail/Platform/Alive.h"
 
 #include <cstdint>
 #include <functional>
@@ -13,40 +15,6 @@
 #include <string_view>
 
 namespace TesselMail {
-
-/// A place in the web view, in its own units from its upper left corner.
-struct PageRectangle {
-    double x = 0;
-    double y = 0;
-    double width = 0;
-    double height = 0;
-    bool operator==(const PageRectangle&) const = default;
-};
-
-/// The arguments of one run of the update script.
-struct PageUpdate {
-    std::string body; // empty when not replacing
-    std::string stylesheet;
-    bool replace = true; // false: only theme, paper and size change
-    bool dark = false;
-    std::string paper;    // as in "#FFFFFF"
-    double fontSize = 16; // pixels
-    bool operator==(const PageUpdate&) const = default;
-};
-
-/// What the coordinator asks of the web view. Answers come later, on the interface thread, or not at all.
-class MailWebPage {
-public:
-    virtual ~MailWebPage() = default;
-    /// Loads the document `html` without an address; its loading is told to the coordinator by `navigation`.
-    virtual void load(std::string html, std::uint64_t navigation) = 0;
-    virtual void stopLoading() = 0;
-    virtual void update(PageUpdate update, std::function<void(bool succeeded)> answer) = 0;
-    /// Where the link with exactly this address stands; nothing when the page has none.
-    virtual void locateLink(std::string href, std::function<void(std::optional<PageRectangle>)> answer) = 0;
-    /// The visible part.
-    virtual PageRectangle bounds() const = 0;
-};
 
 /// Decides what the reading page shows and what it may load. The page is loaded once, empty, and then filled
 /// in place, one update at a time; the last content wanted wins. A message that made the page fail is not
@@ -79,10 +47,9 @@ public:
 
     /// `page` outlives the coordinator, or is never used again after `retire`.
     /// `applied` is told after each update that succeeded.
-    MailWebCoordinator(MailWebPage& page, OpenLink open, Report report, Applied applied);
+    MailWebCoordinator(ReadingPage& page, OpenLink open, Report report, Applied applied);
     MailWebCoordinator(const MailWebCoordinator&) = delete;
     MailWebCoordinator& operator=(const MailWebCoordinator&) = delete;
-    ~MailWebCoordinator();
 
     /// The colour under the message as 0xRRGGBB.
     static std::uint32_t paperColor(bool dark) noexcept;
@@ -125,7 +92,7 @@ private:
     PageUpdate updateFor(const Content& content, bool replace) const;
     std::optional<MailCore::UUID> desiredIdentity() const;
 
-    MailWebPage* page_;
+    ReadingPage* page_;
     OpenLink open_;
     Report report_;
     Applied onApplied_;
@@ -143,7 +110,7 @@ private:
     std::optional<MailCore::UUID> terminatedAt_; // shown when the page failed to load or its process ended
     std::optional<MailCore::UUID> failedAt_;     // whose update script failed
     std::map<std::string, std::string, std::less<>> links_; // of the applied message, token → address
-    std::shared_ptr<MailWebCoordinator*> self_;             // emptied when this is gone
+    Alive<MailWebCoordinator> alive_{*this};
 };
 
 } // namespace TesselMail

@@ -60,7 +60,7 @@ private:
         value_ = std::move(value);
         changes_.note(changed_);
     }
-    /// The value for a change in place, which always counts as one.
+    // The value for a change in place, which always counts as one.
     Value& edit() {
         changes_.note(changed_);
         return value_;

@@ -11,7 +11,7 @@ class WindowState {
 public:
     /// Reads `path` once; what is missing, of the wrong type or out of bounds has its default.
     explicit WindowState(std::string path);
-    /// That of the user who runs the program.
+    /// The state kept for the user who runs the program.
     static WindowState ofUser();
 
     int width = 1'280; // pixels; the reading pane holds 78 columns of a plain letter then
@@ -21,7 +21,7 @@ public:
     std::optional<double> listWidth; // nothing until people have changed it
     bool newestFirst = true;
 
-    /// Writes all of it, whole or not at all. Where that fails the window has its former state the next time.
+    /// Writes all of it, whole or not at all. If that fails, the window has its former state the next time.
     void store() const;
 
 private:

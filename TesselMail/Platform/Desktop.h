@@ -10,7 +10,8 @@ public:
     virtual ~Desktop() = default;
     /// Brings the main window, when there is one, in front of all others.
     virtual void present() = 0;
-    /// Makes this application the one that opens mailto: links for the user; whether that worked.
+    /// Makes this application the one that opens mailto: links for the user. The answer tells whether that
+    /// worked.
     virtual Later<bool> becomeMailHandler() = 0;
 };
 

@@ -3,21 +3,26 @@
 #include "TesselMail/Platform/Desktop.h"
 
 #include <functional>
+#include <string>
+#include <string_view>
 
 namespace TesselMail {
 
-/// The desktop the program runs on.
+/// The desktop the program runs on, which knows it by its reverse-domain identifier.
 class NativeDesktop : public Desktop {
 public:
+    explicit NativeDesktop(std::string_view applicationID);
+
     /// What brings the main window to the front.
     void attach(std::function<void()> present) { present_ = std::move(present); }
 
     void present() override;
     Later<bool> becomeMailHandler() override;
     /// Whether this application is the one that opens mailto: links for the user.
-    static bool handlesMail();
+    bool handlesMail() const;
 
 private:
+    const std::string desktopEntry_; // the name of its file
     std::function<void()> present_;
 };
 

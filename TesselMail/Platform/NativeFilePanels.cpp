@@ -14,7 +14,7 @@ Glib::RefPtr<Gtk::FileFilter> filterOf(const OpenPanel& panel) {
     const auto filter = Gtk::FileFilter::create();
     filter->set_name(panel.filterName);
     for (const std::string& extension : panel.extensions) filter->add_suffix(extension);
-    // A mailbox of a folder's own is a file without an extension.
+    // A folder's own mailbox is a file without an extension.
     filter->add_pattern("mbox");
     return filter;
 }
@@ -31,16 +31,16 @@ std::vector<URL> chosenFiles(Gtk::FileChooserNative& chooser) {
     return urls;
 }
 
-// The panels put what is chosen into the desktop's list of recent files, at a time of their own. The list's
-// manager writes, and reads again, in this handler only: without it the list in the user's folder stays as it
-// is.
+// The panels add what is chosen to the desktop's list of recent files, at some later time. The manager of the
+// list writes and reads it in this handler alone; without the handler the list in the user's folder stays as
+// it is.
 void leaveRecentFilesAlone() {
     auto* const manager = static_cast<GtkRecentManagerClass*>(g_type_class_ref(GTK_TYPE_RECENT_MANAGER));
     manager->changed = [](GtkRecentManager*) {};
     g_type_class_unref(manager);
 }
 
-// Where the panel is a window of the toolkit's, it answers to the application's keys like every other one.
+// Where the panel is a window of the toolkit, it answers to the application's keys like every other window.
 void answerToKeys(Gtk::Window& parent) {
     for (Gtk::Window* const window : Gtk::Window::list_toplevels())
         if (GTK_IS_FILE_CHOOSER(window->gobj()) && window->get_transient_for() == &parent)
@@ -74,8 +74,8 @@ void NativeFilePanels::run(Glib::RefPtr<Gtk::FileChooserNative> chooser, Finish 
     if (window_) answerToKeys(*window_);
 }
 
-// The answer is posted: the panel is still in the middle of its signal. A second response of the same panel
-// finds nobody who waits.
+// The answer is posted: the panel is still in the middle of its signal. At a second response of the same
+// panel nobody waits any more.
 void NativeFilePanels::respond(int response) {
     if (!finish_) return;
     if (response == Gtk::ResponseType::ACCEPT) folder_ = shown_->get_current_folder();

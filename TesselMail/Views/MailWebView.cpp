@@ -50,7 +50,6 @@ MailWebView::MailWebView(AppModel& model, std::string rulesFolder)
     : Glib::ObjectBase("TesselMailWebView"), Glib::ExtraClassInit(letFocusLeave), model_(model),
       locked_(std::move(rulesFolder)), view_(ObjectRef<WebKitWebView>::retain(locked_.view())), page_(view_), link_(*this, model.preferences()),
       copyLink_(Gio::SimpleAction::create(copyLinkAction, Glib::VARIANT_TYPE_STRING)),
-      self_(std::make_shared<MailWebView*>(this)),
       coordinator_(
           page_,
           [this](const std::string& address, MailCore::UUID, PageRectangle place) {
@@ -90,7 +89,7 @@ MailWebView::MailWebView(AppModel& model, std::string rulesFolder)
 }
 
 MailWebView::~MailWebView() {
-    *self_ = nullptr;
+    alive_.end();
     coordinator_.retire();
     g_signal_handlers_disconnect_by_data(view_.get(), this);
     unset_child();
@@ -203,8 +202,8 @@ bool MailWebView::press(guint key, Gdk::ModifierType modifiers) {
 }
 
 void MailWebView::moveFocus(bool forward) {
-    page_.moveFocus(forward, [self = self_, forward](bool moved) {
-        if (*self && !moved) (*self)->leave(forward);
+    page_.moveFocus(forward, [self = alive_.handle(), forward](bool moved) {
+        if (self && !moved) self->leave(forward);
     });
 }
 

@@ -2,14 +2,14 @@
 
 #include "Lock/LockedWebView.h"
 #include "TesselMail/Model/MailWebCoordinator.h"
+#include "TesselMail/Platform/Alive.h"
 #include "TesselMail/Views/LinkPopover.h"
-#include "TesselMail/Views/WebMailPage.h"
+#include "TesselMail/Views/WebKitReadingPage.h"
 
 #include <glibmm/extraclassinit.h>
 #include <gtkmm.h>
 #include <webkit/webkit.h>
 
-#include <memory>
 #include <optional>
 #include <string>
 
@@ -56,15 +56,15 @@ private:
     AppModel& model_;
     LockedWebView locked_;
     ObjectRef<WebKitWebView> view_;
-    WebMailPage page_;
+    WebKitReadingPage page_;
     Gtk::Label target_; // the address under the pointer
     LinkPopover link_;
     Glib::RefPtr<Gio::SimpleAction> copyLink_;
     sigc::signal<void()> signalShown_;
     const MailCore::UUID emptyPage_ = MailCore::UUID::random();
     bool loadFailed_ = false;
-    std::shared_ptr<MailWebView*> self_; // emptied when this is gone
     MailWebCoordinator coordinator_;
+    Alive<MailWebView> alive_{*this};
 };
 
 } // namespace TesselMail

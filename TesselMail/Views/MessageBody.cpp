@@ -17,8 +17,7 @@ bool isDark() {
 
 MessageBody::MessageBody(AppModel& model)
     : model_(model), plain_(model.preferences()),
-      plainText_(Gio::SimpleAction::create_bool("plain-text", false)),
-      self_(std::make_shared<MessageBody*>(this)) {
+      plainText_(Gio::SimpleAction::create_bool("plain-text", false)) {
     set_hhomogeneous(false);
     set_vhomogeneous(false);
     set_vexpand(true);
@@ -27,18 +26,17 @@ MessageBody::MessageBody(AppModel& model)
     plainText_->signal_change_state().connect(sigc::mem_fun(*this, &MessageBody::changePlainText));
     g_signal_connect_swapped(adw_style_manager_get_default(), "notify::dark",
                              G_CALLBACK(+[](MessageBody* self) { self->update(); }), this);
-    prepareView(self_);
+    prepareView(alive_.handle());
 }
 
 MessageBody::~MessageBody() {
-    *self_ = nullptr;
     watch_.disconnect();
     g_signal_handlers_disconnect_by_data(adw_style_manager_get_default(), this);
 }
 
-Task MessageBody::prepareView(std::shared_ptr<MessageBody*> self) {
+Task MessageBody::prepareView(Alive<MessageBody>::Handle self) {
     const bool sandboxed = co_await sandboxWorks();
-    if (*self) (*self)->makeView(sandboxed);
+    if (self) self->makeView(sandboxed);
 }
 
 void MessageBody::makeView(bool sandboxed) {

@@ -1,13 +1,13 @@
 #pragma once
 
 #include "TesselMail/Model/AppModel.h"
+#include "TesselMail/Platform/Alive.h"
 #include "TesselMail/Platform/Task.h"
 #include "TesselMail/Views/MailWebView.h"
 #include "TesselMail/Views/PlainMessageView.h"
 
 #include <gtkmm.h>
 
-#include <memory>
 #include <optional>
 
 namespace TesselMail {
@@ -36,7 +36,7 @@ public:
     sigc::signal<void()>& signalShown() { return signalShown_; }
 
 private:
-    static Task prepareView(std::shared_ptr<MessageBody*> self);
+    static Task prepareView(Alive<MessageBody>::Handle self);
     void makeView(bool sandboxed);
     bool wantsPlainText() const;
     bool lacksRules() const;
@@ -59,7 +59,7 @@ private:
     std::optional<MailCore::UUID> unanswered_; // the message that was awaited in vain
     sigc::connection watch_;
     sigc::signal<void()> signalShown_;
-    std::shared_ptr<MessageBody*> self_; // emptied when this is gone
+    Alive<MessageBody> alive_{*this};
 };
 
 } // namespace TesselMail

@@ -5,6 +5,7 @@
 
 #include <algorithm>
 #include <array>
+#include <memory>
 #include <string>
 #include <utility>
 #include <vector>
@@ -54,8 +55,7 @@ void offer(AdwComboRow* row, const std::string& title, const std::vector<std::st
 SettingsWindow::SettingsWindow(AppModel& model, Gtk::Window& parent)
     : model_(model),
       window_(ObjectRef<AdwPreferencesWindow>::retain(ADW_PREFERENCES_WINDOW(adw_preferences_window_new()))),
-      page_(ADW_PREFERENCES_PAGE(adw_preferences_page_new())),
-      self_(std::make_shared<SettingsWindow*>(this)) {
+      page_(ADW_PREFERENCES_PAGE(adw_preferences_page_new())) {
     Adwaita::attach(window(), parent);
     g_signal_connect_swapped(window(), "close-request", G_CALLBACK(+[](SettingsWindow* self) -> gboolean {
                                  self->closed_.emit();
@@ -79,7 +79,7 @@ SettingsWindow::SettingsWindow(AppModel& model, Gtk::Window& parent)
 }
 
 SettingsWindow::~SettingsWindow() {
-    *self_ = nullptr;
+    alive_.end();
     changed_.disconnect();
     for (gpointer const object : {static_cast<gpointer>(language_), static_cast<gpointer>(appearance_),
                                   static_cast<gpointer>(textSize_), static_cast<gpointer>(becomeHandler_),
@@ -146,8 +146,8 @@ void SettingsWindow::showTexts() {
 void SettingsWindow::choose(AdwComboRow* row) {
     const guint place = adw_combo_row_get_selected(row);
     if (updating_ || place == GTK_INVALID_LIST_POSITION) return;
-    InterfaceThread::post([self = self_, row, place] {
-        if (*self) (*self)->store(row, place);
+    InterfaceThread::post([self = alive_.handle(), row, place] {
+        if (self) self->store(row, place);
     });
 }
 
@@ -170,26 +170,23 @@ void SettingsWindow::askToBecomeHandler() {
     adw_message_dialog_add_response(question, "cancel", preferences.text(Texts::cancel).c_str());
     adw_message_dialog_set_default_response(question, "yes");
     adw_message_dialog_set_close_response(question, "cancel");
-    auto self = std::make_unique<std::shared_ptr<SettingsWindow*>>(self_);
+    using Handle = Alive<SettingsWindow>::Handle;
+    auto self = std::make_unique<Handle>(alive_.handle());
     g_signal_connect_data(
-        question, "response",
-        G_CALLBACK(+[](AdwMessageDialog*, const char* answer, std::shared_ptr<SettingsWindow*>* window) {
-            if (**window && std::string_view(answer) == "yes")
-                becomeHandler(*window, (**window)->model_.becomeMailHandler());
+        question, "response", G_CALLBACK(+[](AdwMessageDialog*, const char* answer, const Handle* window) {
+            if (*window && std::string_view(answer) == "yes")
+                becomeHandler(*window, (*window)->model_.becomeMailHandler());
         }),
         self.release(),
-        +[](gpointer data, GClosure*) {
-            const std::unique_ptr<std::shared_ptr<SettingsWindow*>> owned(
-                static_cast<std::shared_ptr<SettingsWindow*>*>(data));
-        },
+        +[](gpointer data, GClosure*) { const std::unique_ptr<Handle> owned(static_cast<Handle*>(data)); },
         GConnectFlags(0));
     gtk_window_present(GTK_WINDOW(question));
 }
 
-Task SettingsWindow::becomeHandler(std::shared_ptr<SettingsWindow*> self, Later<bool> done) {
+Task SettingsWindow::becomeHandler(Alive<SettingsWindow>::Handle self, Later<bool> done) {
     const bool changed = co_await std::move(done);
-    if (!*self) co_return;
-    SettingsWindow& window = **self;
+    if (!self) co_return;
+    SettingsWindow& window = *self.get();
     gtk_label_set_text(
         window.handlerStatus_,
         window.model_.preferences().text(changed ? Texts::handlerSet : Texts::handlerFailed).c_str());

@@ -1,12 +1,11 @@
 #pragma once
 
 #include "TesselMail/Model/AppModel.h"
+#include "TesselMail/Platform/Alive.h"
 #include "TesselMail/Platform/ObjectRef.h"
 
 #include <adwaita.h>
 #include <gtkmm.h>
-
-#include <memory>
 
 namespace TesselMail {
 
@@ -31,7 +30,7 @@ private:
     void choose(AdwComboRow* row);
     void store(const AdwComboRow* row, guint place);
     void askToBecomeHandler();
-    static Task becomeHandler(std::shared_ptr<SettingsWindow*> self, Later<bool> done);
+    static Task becomeHandler(Alive<SettingsWindow>::Handle self, Later<bool> done);
 
     AppModel& model_;
     ObjectRef<AdwPreferencesWindow> window_;
@@ -47,8 +46,8 @@ private:
     AdwActionRow* privacyRow_ = nullptr;
     sigc::connection changed_;
     sigc::signal<void()> closed_;
-    bool updating_ = false;                 // rows change because the settings did
-    std::shared_ptr<SettingsWindow*> self_; // emptied when this is gone
+    bool updating_ = false; // rows change because the settings did
+    Alive<SettingsWindow> alive_{*this};
 };
 
 } // namespace TesselMail

@@ -7,6 +7,7 @@
 
 #include <cerrno>
 #include <cstring>
+#include <new>
 #include <sys/mount.h>
 #include <system_error>
 #include <tuple>
@@ -112,6 +113,15 @@ TEST(FailureTexts, AskTheFileSystemForASourceThatCouldNotBeRead) {
     }
     for (const char* const name : {"closed.eml", "Closed", "Half/cur", "Archive/mbox"})
         permissions(folder.path(name), perms::owner_all);
+}
+
+TEST(FailureTexts, TellOfWhatNobodyForesaw) {
+    for (const auto kind : {reading, saving}) {
+        expectFailure(failureText(std::make_exception_ptr(std::bad_alloc()), {.kind = kind}),
+                      Texts::fileFailed, Remedy::tryAgain);
+        expectFailure(failureText(std::make_exception_ptr(4), {.kind = kind}), Texts::fileFailed,
+                      Remedy::tryAgain);
+    }
 }
 
 class Saving : public ModelTest {};

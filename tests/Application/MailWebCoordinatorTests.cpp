@@ -13,7 +13,7 @@ using testing::IsEmpty;
 using testing::SizeIs;
 
 /// A page whose answers the test gives by hand.
-class FakePage : public MailWebPage {
+class FakePage : public ReadingPage {
 public:
     std::vector<std::uint64_t> loads;
     std::string html;

@@ -53,14 +53,11 @@ public:
     }
 };
 
-/// A model on the test's own main loop, with files of the test's own.
-class ModelTest : public testing::Test {
+/// A test with a main loop, on which the results of background work arrive.
+class MainLoopTest : public testing::Test {
 protected:
-    explicit ModelTest(std::string language = "en_GB")
-        : preferences_(settings_.path("preferences.ini").string(), {std::move(language)}) {}
-    ~ModelTest() override {
-        model_->closeAll();
-        model_.reset();
+    /// Waits until no background work is left that could reach what the test has made.
+    static void finishWork() {
         drain(); // what is posted may still give work to the queues
         ArchiveWork::finish();
         drain();
@@ -71,7 +68,7 @@ protected:
     }
 
     /// Runs the main loop until `holds`; the test fails when that takes a minute.
-    void waitUntil(const std::function<bool()>& holds) {
+    static void waitUntil(const std::function<bool()>& holds) {
         const gint64 limit = g_get_monotonic_time() + 60 * G_USEC_PER_SEC;
         while (!holds()) {
             if (g_get_monotonic_time() > limit) {
@@ -80,6 +77,18 @@ protected:
             }
             if (!g_main_context_iteration(nullptr, FALSE)) g_usleep(500);
         }
+    }
+};
+
+/// A model on the test's own main loop, with files of the test's own.
+class ModelTest : public MainLoopTest {
+protected:
+    explicit ModelTest(std::string language = "en_GB")
+        : preferences_(settings_.path("preferences.ini").string(), {std::move(language)}) {}
+    ~ModelTest() override {
+        model_->closeAll();
+        model_.reset();
+        finishWork();
     }
     void settle() {
         waitUntil([this] { return !*model_->busy && !*model_->reading; });

@@ -1,5 +1,6 @@
 #include "tests/Application/ModelFixture.h"
 
+#include "MailCore/Model/Limits.h"
 #include "MailCore/Model/MailError.h"
 
 #include <gmock/gmock.h>
@@ -156,9 +157,20 @@ TEST_F(Opening, NamesEveryFileThatFailedAndOpensTheOthers) {
     EXPECT_NE(error.find("\n\nmissing.mbox: "), error.npos) << error;
     EXPECT_EQ(shownSubject(), "a letter");
     EXPECT_EQ(folder_.count(), 4U); // nothing was written
-    // A name cannot pass for a notice of its own.
-    open({folder_.write("a\n\nb.eml: fine \u202Etxt.c", "no mail")});
-    EXPECT_EQ(model_->error->value().find("a  b.eml: fine txt.c: Choose an EML"), 0U) << **model_->error;
+    // A name cannot pass for a notice of its own, nor turn the one it stands in.
+    struct Case {
+        std::string_view name;
+        std::string_view notice;
+    };
+    const Case cases[] = {
+        {"a\n\nb.eml: fine", "a  b.eml: fine: Choose an EML"},
+        {"fine \u202Etxt.c", "fine txt.c: Choose an EML"},
+        {"\u2067fine\u2069 \u202A\u202Btxt.c", "fine txt.c: Choose an EML"},
+    };
+    for (const Case& c : cases) {
+        open({folder_.write(c.name, "no mail")});
+        EXPECT_EQ(model_->error->value().find(c.notice), 0U) << **model_->error;
+    }
 }
 
 TEST_F(Opening, SelectsANeighbourWhenTheSelectedSourceIsClosed) {
@@ -224,6 +236,60 @@ TEST_F(Opening, SaysWhyAnArchiveBringsNoMessage) {
     open({folder_.write("late.mbox", message)});
     EXPECT_TRUE(model_->collections->back().entries.empty());
     EXPECT_EQ(*model_->error, Texts::freeIndexMemory.english);
+}
+
+/// Fills the budget of all indexes to the last byte.
+class FullMemory : public ModelTest {
+protected:
+    FullMemory() {
+        open({folder_.write("one.mbox", message(0))});
+        const std::int64_t least = model_->active()->metadataBytes;
+        model_->closeAll();
+        std::string content;
+        for (std::int64_t left = MailCore::Limits::indexBytes; left > 0;) {
+            std::int64_t cost = std::min(left, least + 3 * longest);
+            if (left > cost && left - cost < least) cost -= least; // the last one costs that much, too
+            content += message(static_cast<std::size_t>(cost - least));
+            left -= cost;
+        }
+        open({folder_.write("full.mbox", content)});
+    }
+
+    /// A message whose entry takes `texts` bytes more than that of the smallest, at most three times
+    /// `longest`.
+    static std::string message(std::size_t texts) {
+        std::string content = "From x Mon Jan  1 10:00:00 2024\n";
+        for (const char* const name : {"Subject: s", "From: f", "To: t"}) {
+            const std::size_t length = std::min<std::size_t>(texts, longest);
+            content += name + std::string(length, 'x') + "\n";
+            texts -= length;
+        }
+        return content + "\nHello\n\n";
+    }
+
+    static constexpr std::int64_t longest = 1'000; // of what an entry keeps whole of each text
+};
+
+TEST_F(FullMemory, IsToldAndKeepsNothingElseFromBeingShown) {
+    ASSERT_EQ(model_->collections->back().metadataBytes, MailCore::Limits::indexBytes);
+    ASSERT_FALSE(model_->active()->indexLimitReached);
+    EXPECT_EQ(*model_->error, std::nullopt);
+    const URL late = letter("late.eml", "late");
+    open({late});
+    EXPECT_EQ(*model_->error, Texts::freeIndexMemory.english);
+    EXPECT_THAT(openNames(), ElementsAre("full.mbox"));
+    EXPECT_FALSE(*model_->busy);
+
+    open({late, folder_.url("missing.eml"), folder_.url("full.mbox")});
+    EXPECT_EQ(model_->error->value(), std::string(Texts::freeIndexMemory.english) + "\n\n" +
+                                          std::string(Texts::freeIndexMemory.english));
+    EXPECT_EQ(*model_->selectedCollection, idOf(0)) << "it is open, and takes no more memory";
+    EXPECT_TRUE(model_->currentMessageReady());
+
+    model_->closeCollection(idOf(0));
+    open({late});
+    EXPECT_EQ(*model_->error, std::nullopt);
+    EXPECT_EQ(shownSubject(), "late");
 }
 
 class ErrorTexts : public ModelTest {

@@ -1,10 +1,12 @@
 #include "tests/Application/ModelFixture.h"
+#include "tests/Support/OutlookBuilder.h"
 
 #include <gmock/gmock.h>
 
 namespace TesselMail::Testing {
 namespace {
 
+using MailCore::Testing::OutlookMail;
 using testing::ElementsAre;
 using testing::SizeIs;
 
@@ -222,6 +224,37 @@ TEST_F(Reading, WritesAttachmentsAndOriginalsButNeverOverASource) {
     model_->exportOriginal();
     settle();
     EXPECT_EQ(*model_->error, std::nullopt);
+}
+
+TEST_F(Reading, ProposesANameThatSaysWhatTheOriginalIs) {
+    struct Case {
+        std::string_view name;
+        URL source;
+        std::string_view proposed;
+    };
+    const std::string outlook = OutlookMail().subject("Minutes").plain("Hello").string();
+    const Case cases[] = {
+        {"an Outlook message", folder_.write("Meeting.msg", outlook), "Meeting.msg"},
+        {"an Outlook template", folder_.write("Form.OFT", outlook), "Form.OFT"},
+        {"a letter", letter("a.eml", "Minutes"), "Minutes.eml"},
+        {"a message of an archive", folder_.write("box.mbox", mailbox({"One: two/three"})),
+         "One_ two_three.eml"},
+        {"a message without a subject", folder_.write("b.eml", "From: a@b\n\nHello"), "Message.eml"},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.name);
+        open({c.source});
+        panels_.proposedNames.clear();
+        model_->exportOriginal();
+        waitUntil([this] { return !panels_.proposedNames.empty(); });
+        EXPECT_THAT(panels_.proposedNames, ElementsAre(c.proposed));
+        model_->closeAll();
+    }
+    // What it is called it is.
+    open({folder_.url("Meeting.msg")});
+    panels_.destination = folder_.url("out.msg");
+    model_->exportOriginal();
+    waitUntil([&] { return folder_.read("out.msg") == outlook; });
 }
 
 TEST_F(Reading, KeepsAtMostTwentyMessagesInMemory) {

@@ -1,4 +1,6 @@
 // What happens when the world changes under work that is under way: files, collections, the program itself.
+#include "MailCore/Model/MailError.h"
+#include "MailCore/Sources/MailReader.h"
 #include "tests/Application/ModelFixture.h"
 
 #include <gmock/gmock.h>
@@ -100,6 +102,37 @@ TEST_F(Upheaval, ReadsSearchesAndExportsNothingOfAFileThatChanged) {
         std::filesystem::remove(folder_.path("box.mbox"));
         EXPECT_EQ(folder_.count(), 1U) << "nothing but the file that was there";
     }
+}
+
+TEST_F(Upheaval, ShowsNoMixtureOfAFileThatChangesWhileItIsRead) {
+    const auto letterOf = [](char letter) {
+        return Mail().subject("long").text(std::string(600'000, letter)).string();
+    };
+    const std::string before = letterOf('b');
+    int refused = 0;
+    int asked = 0;
+    for (int change = 1; change == 1 || asked >= change; change += 1 + change / 8) {
+        SCOPED_TRACE(change);
+        open({folder_.write("a.eml", before)});
+        const MailCore::SharedEntry entry = model_->entry();
+        asked = 0;
+        try {
+            const auto message = MailCore::MailReader::message(*entry, [&] {
+                if (++asked == change) {
+                    folder_.write("a.eml", letterOf('a'));
+                    folder_.touch("a.eml"); // however quick this was
+                }
+                return false;
+            });
+            EXPECT_EQ(message.plain.find('a'), std::string::npos);
+            EXPECT_EQ(message.plain.size(), 600'000U);
+        } catch (const MailCore::MailError& error) {
+            EXPECT_EQ(error, MailCore::MailError(MailCore::MailError::sourceChanged));
+            ++refused;
+        }
+        model_->closeAll();
+    }
+    EXPECT_GT(refused, 1) << "before the first bytes are read, and between them";
 }
 
 struct WorkUnderWay {

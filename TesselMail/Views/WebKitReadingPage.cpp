@@ -1,4 +1,4 @@
-#include "TesselMail/Views/WebMailPage.h"
+#include "TesselMail/Views/WebKitReadingPage.h"
 
 #include "TesselMail/Platform/InterfaceThread.h"
 
@@ -89,16 +89,16 @@ std::optional<PageRectangle> rectangleOf(JSCValue* value) {
 
 } // namespace
 
-void WebMailPage::load(std::string html, std::uint64_t navigation) {
+void WebKitReadingPage::load(std::string html, std::uint64_t navigation) {
     navigation_ = navigation;
     webkit_web_view_load_html(view_.get(), html.c_str(), nullptr);
 }
 
-void WebMailPage::stopLoading() {
+void WebKitReadingPage::stopLoading() {
     webkit_web_view_stop_loading(view_.get());
 }
 
-void WebMailPage::update(PageUpdate update, std::function<void(bool)> answer) {
+void WebKitReadingPage::update(PageUpdate update, std::function<void(bool)> answer) {
     GVariantDict arguments;
     g_variant_dict_init(&arguments, nullptr);
     g_variant_dict_insert_value(&arguments, "body", text(std::move(update.body)));
@@ -111,7 +111,8 @@ void WebMailPage::update(PageUpdate update, std::function<void(bool)> answer) {
          [answer = std::move(answer)](JSCValue* value) { answer(value != nullptr); });
 }
 
-void WebMailPage::locateLink(std::string href, std::function<void(std::optional<PageRectangle>)> answer) {
+void WebKitReadingPage::locateLink(std::string href,
+                                   std::function<void(std::optional<PageRectangle>)> answer) {
     GVariantDict arguments;
     g_variant_dict_init(&arguments, nullptr);
     g_variant_dict_insert_value(&arguments, "href", text(std::move(href)));
@@ -119,7 +120,7 @@ void WebMailPage::locateLink(std::string href, std::function<void(std::optional<
          [answer = std::move(answer)](JSCValue* value) { answer(rectangleOf(value)); });
 }
 
-void WebMailPage::moveFocus(bool forward, std::function<void(bool)> answer) {
+void WebKitReadingPage::moveFocus(bool forward, std::function<void(bool)> answer) {
     GVariantDict arguments;
     g_variant_dict_init(&arguments, nullptr);
     g_variant_dict_insert_value(&arguments, "forward", flag(forward));
@@ -127,7 +128,7 @@ void WebMailPage::moveFocus(bool forward, std::function<void(bool)> answer) {
          [answer = std::move(answer)](JSCValue* value) { answer(value && jsc_value_to_boolean(value)); });
 }
 
-PageRectangle WebMailPage::bounds() const {
+PageRectangle WebKitReadingPage::bounds() const {
     GtkWidget* const widget = GTK_WIDGET(view_.get());
     return {0, 0, static_cast<double>(gtk_widget_get_width(widget)),
             static_cast<double>(gtk_widget_get_height(widget))};

@@ -1,17 +1,23 @@
 #pragma once
 
-#include "TesselMail/Model/MailWebCoordinator.h"
+#include "TesselMail/Model/ReadingPage.h"
 #include "TesselMail/Platform/ObjectRef.h"
 
 #include <webkit/webkit.h>
+
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <utility>
 
 namespace TesselMail {
 
 /// Runs the coordinator's requests in a web view whose page scripts are off: scripts of ours live in a world
 /// of their own.
-class WebMailPage : public MailWebPage {
+class WebKitReadingPage : public ReadingPage {
 public:
-    explicit WebMailPage(ObjectRef<WebKitWebView> view) : view_(std::move(view)) {}
+    explicit WebKitReadingPage(ObjectRef<WebKitWebView> view) : view_(std::move(view)) {}
 
     void load(std::string html, std::uint64_t navigation) override;
     void stopLoading() override;
