@@ -1,7 +1,11 @@
 #include "MailCore/Search/CaseFolding.h"
 
+#include "MailCore/Platform/UTF8.h"
+#include "tests/Search/PlainAlgorithm.h"
+
 #include <gtest/gtest.h>
 
+#include <array>
 #include <string>
 #include <vector>
 
@@ -16,6 +20,13 @@ std::u32string values(std::string_view text, Rules rules = Rules::standard) {
     return result;
 }
 
+std::u32string plainlyDecomposed(std::string_view text) {
+    const std::string decomposed = Testing::decomposed(text);
+    std::u32string result;
+    for (std::size_t at = 0; at < decomposed.size();) result += Text::next(decomposed, at);
+    return result;
+}
+
 TEST(CaseFolding, DecomposesAndFolds) {
     EXPECT_EQ(values("Ab1"), U"ab1");
     EXPECT_EQ(values("ß"), U"ss");
@@ -26,6 +37,15 @@ TEST(CaseFolding, DecomposesAndFolds) {
     EXPECT_EQ(values("ﬁ"), U"fi");
     EXPECT_EQ(values("\xFF"), U"\uFFFD");
     EXPECT_EQ(values(""), U"");
+}
+
+TEST(CaseFolding, SortsMarksHoweverManyThereAre) {
+    for (const std::size_t count : {std::size_t{2}, std::size_t{64}, std::size_t{66}, std::size_t{300}}) {
+        std::string text = "a";
+        for (std::size_t mark = 0; mark < count; ++mark) // of three classes, two of one class
+            text += std::array{"\u0301", "\u0323", "\u0300", "\u0327"}[mark * 7 % 11 % 4];
+        EXPECT_EQ(values(text), plainlyDecomposed(text)) << count;
+    }
 }
 
 TEST(CaseFolding, KeepsTheLettersOfTurkishApart) {

@@ -1,6 +1,7 @@
 #include "MailCore/Sources/MailReader.h"
 
 #include "tests/Sources/SourceSupport.h"
+#include "tests/Support/OutlookBuilder.h"
 #include "tests/Support/TemporaryFolder.h"
 
 #include <filesystem>
@@ -91,6 +92,33 @@ TEST(Opening, GivesAnEmptyCollectionWhenNothingFits) {
     const MailCollection collection = collectionOf(folder.write("a.eml", letter), {0, 0});
     EXPECT_TRUE(collection.entries.empty());
     EXPECT_TRUE(collection.indexLimitReached);
+}
+
+TEST(Opening, NoticesAFileThatChangesMeanwhile) {
+    const std::string outlook = OutlookMail().subject("Letter").string();
+    struct Case {
+        std::string_view opened;
+        std::string_view file;
+        std::string content;
+    };
+    const Case cases[] = {
+        {"a.eml", "a.eml", letter},   {"a.emlx", "a.emlx", std::to_string(letter.size()) + "\n" + letter},
+        {"a.msg", "a.msg", outlook},  {"a.mbox", "a.mbox", "From -\n" + letter},
+        {"box", "box/cur/1", letter},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.opened);
+        const TemporaryFolder folder;
+        folder.write(c.file, c.content);
+        EXPECT_EQ(errorOf([&] { collectionOf(folder.url(c.opened)); }), "none");
+        const Cancelled changing = [&] { return folder.touch(c.file), false; };
+        EXPECT_EQ(errorOf([&] {
+                      MailReader::collection(
+                          folder.url(c.opened), changing, [](std::size_t) {}, {10, Limits::indexBytes},
+                          [](std::span<const SharedEntry>) {});
+                  }),
+                  "sourceChanged");
+    }
 }
 
 TEST(Folders, MayHoldAnArchiveOrNothing) {

@@ -25,11 +25,14 @@ TEST(Reading, ProvesThatTheFileIsTheOneThatWasIndexed) {
     EXPECT_EQ(errorOf([&] { MailReader::message(longer, never); }), "malformed");
     EXPECT_EQ(errorOf([&] { MailReader::message(entry, [] { return true; }); }), "cancelled");
 
-    folder.touch("a.eml");
-    EXPECT_EQ(errorOf([&] { MailReader::message(entry, never); }), "sourceChanged");
+    const Cancelled changing = [&] { return folder.touch("a.eml"), false; };
+    EXPECT_EQ(errorOf([&] { MailReader::message(entry, changing); }), "sourceChanged") << "while it is read";
     MessageEntry unchecked = entry;
     unchecked.revision.reset();
     EXPECT_EQ(errorOf([&] { MailReader::message(unchecked, never); }), "none");
+    folder.write("a.eml", "shorter");
+    EXPECT_EQ(errorOf([&] { MailReader::message(entry, never); }), "sourceChanged")
+        << "rather than malformed";
     std::filesystem::remove(folder.path("a.eml"));
     EXPECT_EQ(errorOf([&] { MailReader::message(entry, never); }), "malformed");
 }
@@ -105,6 +108,7 @@ TEST_F(Exporting, LeavesTheDestinationAloneWhenItFails) {
                       8);
               }),
               "sourceChanged");
+    EXPECT_EQ(exportTo(entry, folder.url("out.eml")), "sourceChanged");
     MessageEntry outside = entryOf(folder.url("a.eml"));
     outside.length += 1;
     EXPECT_EQ(exportTo(outside, folder.url("out.eml")), "malformed");

@@ -114,18 +114,5 @@ TEST(OutlookSources, AreListedByNameWhenTheyAreTooLarge) {
     EXPECT_EQ(collectionOf(url).entries.at(0)->from.view(), "Ana <ana@tessel.example>");
 }
 
-TEST(OutlookSources, AreNotReadAfterAChange) {
-    const TemporaryFolder folder;
-    const MailCollection collection = collectionOf(folder.write("a.msg", minutes().string()));
-    const MessageEntry& entry = *collection.entries.at(0);
-    folder.touch("a.msg");
-    EXPECT_FALSE(MailReader::isCurrent(collection));
-    EXPECT_EQ(errorOf([&] { MailReader::message(entry, never); }), "sourceChanged");
-    EXPECT_EQ(errorOf([&] { (void)MailReader::original(entry); }), "sourceChanged");
-    EXPECT_EQ(errorOf([&] { MailReader::exportOriginal(entry, folder.url("b.msg"), never, 1'000); }),
-              "sourceChanged");
-    EXPECT_EQ(folder.count(), 1U);
-}
-
 } // namespace
 } // namespace MailCore
