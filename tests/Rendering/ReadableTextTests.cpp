@@ -12,6 +12,12 @@ std::string readable(std::string html) {
     return SafeHTML::readableText(SafeHTML::render({.html = std::move(html)}).body);
 }
 
+std::string repeated(std::string_view text, int count) {
+    std::string result;
+    for (; count > 0; --count) result += text;
+    return result;
+}
+
 TEST(ReadableText, KeepsTheShapeOfAMessage) {
     struct Case {
         std::string_view name;
@@ -33,6 +39,7 @@ TEST(ReadableText, KeepsTheShapeOfAMessage) {
         {"preformatted", "<pre>a\n  b\n\nc</pre>d", "a\n  b\n\nc\n\nd"},
         {"quotes", "a<blockquote>b<p>c</p><blockquote>d</blockquote></blockquote>e",
          "a\n\n> b\n>\n> c\n\n>> d\n\ne"},
+        {"quotes deeper than marks", repeated("<blockquote>", 9) + "x", ">>>>>>>> x"},
         {"references", "a &lt;b&gt; &amp;amp; &copy; &#20013;", "a <b> &amp; © 中"},
         {"a picture that is not shown", "<p>Our <img alt='logo' src='https://tessel.example/x'> here</p>",
          "Our logo here"},

@@ -53,9 +53,9 @@ TEST(CaseFolding, KeepsTheLettersOfTurkishApart) {
     EXPECT_EQ(values("Iİiı", Rules::turkic), U"ıiiı");
     EXPECT_EQ(values("I\u0307", Rules::turkic), U"i");
     EXPECT_EQ(values("I\u0323\u0307", Rules::turkic), U"i\u0323");
-    for (const std::string_view locale : {"tr", "tr_TR", "az-Latn", "tr.UTF-8", "tr@x"})
+    for (const std::string_view locale : {"tr", "tr_TR", "az-Latn", "az_Latn_AZ", "tr.UTF-8", "tr@x"})
         EXPECT_EQ(rulesOf(locale), Rules::turkic) << locale;
-    for (const std::string_view locale : {"", "C", "en_TR", "tru", "de"})
+    for (const std::string_view locale : {"", "C", "en_TR", "en_US_POSIX", "trv_TW", "de"})
         EXPECT_EQ(rulesOf(locale), Rules::standard) << locale;
 }
 

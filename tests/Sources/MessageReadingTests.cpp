@@ -82,6 +82,12 @@ TEST_F(Exporting, NeverTouchesTheSource) {
     for (const std::string_view name : {"a.eml", "hard.eml", "soft.eml", "sub/../a.eml"})
         EXPECT_EQ(exportTo(entry, folder.url(name)), "unsafeDestination") << name;
     EXPECT_EQ(folder.read("a.eml"), letter);
+    const auto linking = [&] {
+        return std::filesystem::create_hard_link(folder.path("a.eml"), folder.path("sub/late.eml")), false;
+    };
+    EXPECT_EQ(errorOf([&] { MailReader::exportOriginal(entry, folder.url("sub/late.eml"), linking, 1'000); }),
+              "unsafeDestination");
+    std::filesystem::remove(folder.path("sub/late.eml"));
     EXPECT_EQ(exportTo(entry, folder.url("absent/out.eml")), "platform");
     EXPECT_EQ(exportTo(entry, folder.url("sub")), "platform"); // a folder cannot be replaced
     EXPECT_EQ(exportTo(entry, URL::parse("https://example.org/a").value()), "malformed");
@@ -92,12 +98,14 @@ TEST_F(Exporting, NeverTouchesTheSource) {
 TEST_F(Exporting, LeavesTheDestinationAloneWhenItFails) {
     const MessageEntry entry = entryOf(folder.write("a.eml", letter));
     folder.write("out.eml", "before");
-    int asked = 0;
-    EXPECT_EQ(errorOf([&] {
-                  MailReader::exportOriginal(
-                      entry, folder.url("out.eml"), [&] { return ++asked > 3; }, 8);
-              }),
-              "cancelled");
+    for (const std::int64_t chunk : {8, 1'000}) { // in the middle, and when all is written
+        int asked = 0;
+        EXPECT_EQ(errorOf([&] {
+                      MailReader::exportOriginal(
+                          entry, folder.url("out.eml"), [&] { return ++asked > 1; }, chunk);
+                  }),
+                  "cancelled");
+    }
     EXPECT_EQ(errorOf([&] {
                   MailReader::exportOriginal(
                       entry, folder.url("out.eml"),
