@@ -126,6 +126,9 @@ TEST(SafeHTML, KeepsOnlyCheckedAttributes) {
          "<p style=\"font-family:&#39;a b&#39;,-apple-system,sans-serif\">x</p>"},
         {"presentation before style", "<td width=10 style='color:red;position:fixed'>x</td>",
          "<td style=\"width:10px;color:var(--mail-color-0)\">x</td>"},
+        {"references in a style, twice",
+         "<p style='&#119;idth:1px' id=a></p><p style='&#119;idth:1px' id=b></p>",
+         "<p style=\"width:1px\" id=\"m-a\"></p><p style=\"width:1px\" id=\"m-b\"></p>"},
         {"a style that leaves nothing", "<td width=10 style='position:fixed'>x</td>",
          "<td style=\"width:10px\">x</td>"},
         {"the same style again",
@@ -247,6 +250,7 @@ TEST(SafeHTML, StopsAtItsLimits) {
     // The 101st open element is not written, and neither is what is nested in it; the text is.
     const std::string deep = shown(repeated("<b>", 100) + "<i>x<br>y</i>z");
     EXPECT_EQ(deep, repeated("<b>", 100) + "xyz" + repeated("</b>", 100));
+    EXPECT_EQ(shown(repeated("<b>", 102) + "x"), repeated("<b>", 100) + "x" + repeated("</b>", 100));
 
     // Comments are no tags; closing tags and unknown ones are.
     EXPECT_EQ(shown(repeated("<x>", 49'999) + "<!-- --><b>y</b>z"), "<b></b>");
@@ -296,6 +300,8 @@ TEST(SafeHTML, AcceptsOnlyAddressesThatMayBeShown) {
         {"an escaped NUL", "https://a.example/a%00b?c=%00#%00", "https://a.example/a%00b?c=%00#%00"},
         {"an escaped NUL in an address of mail", "mailto:a%00b?subject=%00", "mailto:a%00b?subject=%00"},
         {"an escaped NUL in the host", "https://a%00b.example/", std::nullopt},
+        {"a sign of a user name behind the host", "https://a.example#@b.example/",
+         "https://a.example#@b.example/"},
         {"a percent sign alone", "mailto:a?body=100%", "mailto:a?body=100%25"},
         {"a host outside ASCII", "http://B\u00FCcher.example/", "http://xn--bcher-kva.example/"},
         {"an address in brackets", "http://[::1]:80/", "http://[::1]:80/"},

@@ -89,30 +89,40 @@ TEST(Opening, GivesAnEmptyCollectionWhenNothingFits) {
     EXPECT_TRUE(collection.indexLimitReached);
 }
 
-TEST(Opening, NoticesAFileThatChangesMeanwhile) {
+TEST(Opening, NoticesCancellationAndChangesAtAnyTime) {
     const std::string outlook = OutlookMail().subject("Letter").string();
     struct Case {
         std::string_view opened;
         std::string_view file;
         std::string content;
+        int questions; // whether to stop: at the start, before each line and chunk, at the end of many
     };
     const Case cases[] = {
-        {"a.eml", "a.eml", letter},   {"a.emlx", "a.emlx", std::to_string(letter.size()) + "\n" + letter},
-        {"a.msg", "a.msg", outlook},  {"a.mbox", "a.mbox", "From -\n" + letter},
-        {"box", "box/cur/1", letter},
+        {"a.eml", "a.eml", letter, 6},
+        {"a.emlx", "a.emlx", std::to_string(letter.size()) + "\n" + letter, 6},
+        {"a.msg", "a.msg", outlook, 2},
+        {"a.mbox", "a.mbox", "From -\n" + letter, 10},
+        {"box", "box/cur/1", letter, 8},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.opened);
         const TemporaryFolder folder;
         folder.write(c.file, c.content);
-        EXPECT_EQ(errorOf([&] { collectionOf(folder.url(c.opened)); }), "none");
-        const Cancelled changing = [&] { return folder.touch(c.file), false; };
-        EXPECT_EQ(errorOf([&] {
-                      MailReader::collection(
-                          folder.url(c.opened), changing, [](std::size_t) {}, {10, Limits::indexBytes},
-                          [](std::span<const SharedEntry>) {});
-                  }),
-                  "sourceChanged");
+        const auto opening = [&](const Cancelled& cancelled) {
+            return errorOf([&] {
+                MailReader::collection(
+                    folder.url(c.opened), cancelled, [](std::size_t) {}, {10, Limits::indexBytes},
+                    [](std::span<const SharedEntry>) {});
+            });
+        };
+        int asked = 0;
+        EXPECT_EQ(opening([&] { return ++asked, false; }), "none");
+        EXPECT_EQ(asked, c.questions);
+        for (int stop = 1; stop <= c.questions; ++stop) {
+            asked = 0;
+            EXPECT_EQ(opening([&] { return ++asked == stop; }), "cancelled") << stop;
+        }
+        EXPECT_EQ(opening([&] { return folder.touch(c.file), false; }), "sourceChanged");
     }
 }
 

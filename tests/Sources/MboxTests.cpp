@@ -197,18 +197,6 @@ TEST(Mbox, RefusesWhatIsNoArchive) {
     }
 }
 
-TEST(Mbox, StopsWhenCancelled) {
-    const TemporaryFolder folder;
-    const URL url = folder.write("a.mbox", message("1", "") + message("2", ""));
-    bool stop = false;
-    EXPECT_EQ(errorOf([&] {
-                  MailReader::collection(
-                      url, [&] { return stop; }, [](std::size_t) {}, {10, Limits::indexBytes},
-                      [&](std::span<const SharedEntry>) { stop = true; });
-              }),
-              "cancelled");
-}
-
 TEST(Mbox, ReadsAHugeSparseArchive) {
     const TemporaryFolder folder;
     constexpr std::uintmax_t size = (std::uintmax_t{1} << 31) + 1;

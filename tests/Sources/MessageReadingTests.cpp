@@ -23,7 +23,10 @@ TEST(Reading, ProvesThatTheFileIsTheOneThatWasIndexed) {
     MessageEntry longer = entry;
     longer.length += 1;
     EXPECT_EQ(errorOf([&] { MailReader::message(longer, never); }), "malformed");
-    EXPECT_EQ(errorOf([&] { MailReader::message(entry, [] { return true; }); }), "cancelled");
+    for (int stop = 1; stop <= 4; ++stop) { // before the chunk, twice in decoding, at the end
+        int asked = 0;
+        EXPECT_EQ(errorOf([&] { MailReader::message(entry, [&] { return ++asked == stop; }); }), "cancelled");
+    }
 
     const Cancelled changing = [&] { return folder.touch("a.eml"), false; };
     EXPECT_EQ(errorOf([&] { MailReader::message(entry, changing); }), "sourceChanged") << "while it is read";
