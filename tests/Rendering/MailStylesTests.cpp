@@ -1,16 +1,13 @@
 #include "MailCore/Rendering/MailStyles.h"
 
+#include "tests/Support/Repeated.h"
+
 #include <gtest/gtest.h>
 
 using namespace MailCore;
+using Testing::repeated;
 
 namespace {
-
-std::string repeated(std::string_view text, std::size_t count) {
-    std::string result;
-    for (; count > 0; --count) result += text;
-    return result;
-}
 
 MailStyles stylesOf(std::string_view css) {
     MailStyles styles;

@@ -2,20 +2,17 @@
 
 #include "MailCore/Rendering/SafeHTML.h"
 
+#include "tests/Support/Repeated.h"
+
 #include <gtest/gtest.h>
 
 using namespace MailCore;
+using Testing::repeated;
 
 namespace {
 
 std::string readable(std::string html) {
     return SafeHTML::readableText(SafeHTML::render({.html = std::move(html)}).body);
-}
-
-std::string repeated(std::string_view text, int count) {
-    std::string result;
-    for (; count > 0; --count) result += text;
-    return result;
 }
 
 TEST(ReadableText, KeepsTheShapeOfAMessage) {

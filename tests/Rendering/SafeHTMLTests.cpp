@@ -1,6 +1,7 @@
 #include "MailCore/Rendering/SafeHTML.h"
 
 #include "MailCore/MIME/Base64.h"
+#include "tests/Support/Repeated.h"
 #include "tests/Support/TestImages.h"
 
 #include <gmock/gmock.h>
@@ -36,12 +37,6 @@ MailAttachment imageNamed(std::string contentID, std::string_view bytes) {
     attachment.contentID = std::move(contentID);
     attachment.bytes = copyOf(bytesOf(bytes));
     return attachment;
-}
-
-std::string repeated(std::string_view text, std::size_t count) {
-    std::string result;
-    for (; count > 0; --count) result += text;
-    return result;
 }
 
 std::size_t countOf(std::string_view text, std::string_view part) {
