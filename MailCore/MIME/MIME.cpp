@@ -6,6 +6,7 @@
 #include "MailCore/MIME/MailEncoding.h"
 #include "MailCore/MIME/Parameters.h"
 #include "MailCore/MIME/QuotedPrintable.h"
+#include "MailCore/Model/ContentBudget.h"
 #include "MailCore/Model/Limits.h"
 #include "MailCore/Model/MailError.h"
 #include "MailCore/Platform/BytePair.h"
@@ -23,7 +24,7 @@ namespace MailCore::MIME {
 namespace {
 
 constexpr std::size_t mostHeaders = 2'000;
-constexpr int mostLevels = 16;
+constexpr int deepest = 16; // level; a message itself is at level 0
 constexpr std::int64_t largestSum = 3 * Limits::message;
 constexpr std::size_t largestBoundary = 199; // bytes
 constexpr std::size_t bytesBetweenChecks = 131'072;
@@ -351,38 +352,56 @@ std::optional<std::string> multipartBoundary(const Description& entity) {
     return boundary;
 }
 
-/// Counts one more entity of `size` bytes.
-void charge(std::size_t size, int depth, int& count, std::int64_t& budget, const Cancelled& cancelled) {
-    if (cancelled()) throw MailError(MailError::cancelled);
-    budget -= static_cast<std::int64_t>(size);
-    if (budget < 0) throw MailError(MailError::tooLarge);
-    ++count;
-    if (depth > mostLevels || count > Limits::parts) throw MailError(MailError::tooMany);
-}
+/// Adds what the entities of one message contain to what is made of it.
+class ContentReader {
+public:
+    ContentReader(ContentBudget& budget, Wanted wanted, const Cancelled& cancelled)
+        : budget_(budget), wanted_(wanted), cancelled_(cancelled) {}
+    ContentReader(ContentBudget&, Wanted, Cancelled&&) = delete;
 
-/// Adds what an entity contains, which has been charged and cut into `halves`.
-void addEntity(const Split& halves, int depth, int& count, std::int64_t& budget, MailMessage& message,
-               Wanted wanted, const Cancelled& cancelled) {
-    const Description description = describe(halves.headers);
-    const std::optional<std::string> boundary = multipartBoundary(description);
-    if (!boundary) {
-        addLeaf(description, halves.body, message, wanted);
-        return;
+    void add(ByteView entity, MailMessage& message) {
+        const ContentBudget::Level level = enter(entity.size());
+        addHalves(cut(entity, wanted_).halves, message);
     }
-    const bool isAlternative = description.type == "multipart/alternative";
-    PartScanner parts(charsOf(halves.body), *boundary, wanted, cancelled);
-    while (const std::optional<ByteView> bytes = parts.next()) {
-        MailMessage child;
-        charge(bytes->size(), depth + 1, count, budget, cancelled);
-        addEntity(cut(*bytes, wanted).halves, depth + 1, count, budget, child, wanted, cancelled);
-        std::ranges::move(child.attachments, std::back_inserter(message.attachments));
-        if (isAlternative) {
-            replaceBodies(message, std::move(child));
-        } else {
-            appendBodies(message, child);
+    /// An entity of `size` bytes that is cut into `halves` already.
+    void add(std::size_t size, const Split& halves, MailMessage& message) {
+        const ContentBudget::Level level = enter(size);
+        addHalves(halves, message);
+    }
+
+private:
+    ContentBudget::Level enter(std::size_t size) {
+        if (cancelled_()) throw MailError(MailError::cancelled);
+        budget_.charge(size);
+        budget_.countPart();
+        return budget_.deeper();
+    }
+
+    void addHalves(const Split& halves, MailMessage& message) {
+        const Description description = describe(halves.headers);
+        const std::optional<std::string> boundary = multipartBoundary(description);
+        if (!boundary) {
+            addLeaf(description, halves.body, message, wanted_);
+            return;
+        }
+        const bool isAlternative = description.type == "multipart/alternative";
+        PartScanner parts(charsOf(halves.body), *boundary, wanted_, cancelled_);
+        while (const std::optional<ByteView> part = parts.next()) {
+            MailMessage child;
+            add(*part, child);
+            std::ranges::move(child.attachments, std::back_inserter(message.attachments));
+            if (isAlternative) {
+                replaceBodies(message, std::move(child));
+            } else {
+                appendBodies(message, child);
+            }
         }
     }
-}
+
+    ContentBudget& budget_;
+    Wanted wanted_;
+    const Cancelled& cancelled_;
+};
 
 /// The halves of a whole message, which is neither too large nor without any field.
 Split splitMessage(ByteView data, Wanted wanted, const Cancelled& cancelled) {
@@ -396,10 +415,8 @@ Split splitMessage(ByteView data, Wanted wanted, const Cancelled& cancelled) {
 /// Adds the bodies, and when they are wanted the attachments, of the message `data` cut into `halves`.
 void addContents(ByteView data, const Split& halves, MailMessage& message, Wanted wanted,
                  const Cancelled& cancelled) {
-    int count = 0;
-    std::int64_t budget = largestSum;
-    charge(data.size(), 0, count, budget, cancelled);
-    addEntity(halves, 0, count, budget, message, wanted, cancelled);
+    ContentBudget budget({.bytes = largestSum, .parts = Limits::parts, .levels = deepest + 1});
+    ContentReader(budget, wanted, cancelled).add(data.size(), halves, message);
 }
 
 } // namespace
@@ -410,8 +427,8 @@ Split split(ByteView entity) {
 
 void part(ByteView entity, int depth, int& count, std::int64_t& budget, MailMessage& message,
           const Cancelled& cancelled) {
-    charge(entity.size(), depth, count, budget, cancelled);
-    addEntity(split(entity), depth, count, budget, message, Wanted::everything, cancelled);
+    BorrowedBudget left(budget, count, Limits::parts, depth, deepest);
+    ContentReader(left, Wanted::everything, cancelled).add(entity, message);
 }
 
 MailMessage parse(ByteView data, const Cancelled& cancelled) {

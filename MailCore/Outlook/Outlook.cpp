@@ -6,6 +6,7 @@
 #include "MailCore/MIME/HeaderText.h"
 #include "MailCore/MIME/MIME.h"
 #include "MailCore/MIME/MailEncoding.h"
+#include "MailCore/Model/ContentBudget.h"
 #include "MailCore/Model/Limits.h"
 #include "MailCore/Model/MailError.h"
 #include "MailCore/Model/SafeFilename.h"
@@ -25,7 +26,7 @@ namespace MailCore::Outlook {
 namespace {
 
 constexpr std::int64_t largestSum = 3 * Limits::message; // bytes of all texts and contents read
-constexpr int mostMessageLevels = 8;
+constexpr int deepest = 8;                               // level of attached messages; the file's own is 0
 constexpr std::uint64_t year10000 = 2'650'467'744'000'000'000; // FILETIME
 
 // Bytes before the records of a property stream (MS-OXMSG §2.4.1).
@@ -82,13 +83,13 @@ std::optional<std::string> dateText(std::uint64_t fileTime) {
                        time.seconds().count());
 }
 
-/// Reads one message of a container; see `Outlook::message`.
+/// Reads one message of a container; see `Outlook::message`. Pays from `budget` for each stream it reads and
+/// each attachment, and takes a level of it.
 class MessageReader {
 public:
     MessageReader(const Compound& compound, const std::string& prefix,
-                  const std::optional<std::string>& inheritedCharset, int depth, std::int64_t& budget,
-                  int& parts)
-        : compound_(compound), prefix_(prefix), depth_(depth), budget_(budget), parts_(parts),
+                  const std::optional<std::string>& inheritedCharset, ContentBudget& budget)
+        : compound_(compound), prefix_(prefix), budget_(budget), level_(budget.deeper()),
           properties_(properties(compound, prefix, prefix.empty() ? messageHeader : embeddedHeader)),
           htmlCharset_(MailEncoding::charset(properties_[internetCodepage])) {
         charset_ = MailEncoding::charset(properties_[messageCodepage])
@@ -126,8 +127,7 @@ private:
     /// The stream at `path`, paid from the budget.
     std::optional<Bytes> stream(const std::string& path) {
         std::optional<Bytes> bytes = compound_.stream(path);
-        if (bytes) budget_ -= static_cast<std::int64_t>(bytes->size());
-        if (budget_ < 0) throw MailError(MailError::tooLarge);
+        budget_.charge(bytes ? bytes->size() : 0);
         return bytes;
     }
 
@@ -202,7 +202,7 @@ private:
     void addAttachments(MailMessage& message, std::span<const std::string> children) {
         for (const std::string& child : children) {
             if (!child.starts_with(attachmentStorage)) continue;
-            if (++parts_ > Limits::parts) throw MailError(MailError::tooMany);
+            budget_.countPart();
             message.attachments.push_back(attachment(prefix_ + child + "/"));
         }
     }
@@ -218,7 +218,7 @@ private:
         const std::string storage = prefix + std::string(messageStorage);
         if (method == embeddedMessage || (method != oleObject && compound_.paths().contains(storage))) {
             attachment.embedded.push_back(
-                Outlook::message(compound_, storage + "/", charset_, depth_ + 1, budget_, parts_));
+                MessageReader(compound_, storage + "/", charset_, budget_).message());
             attachment.type = "message/rfc822";
             if (attachment.name == nameOfNothing) attachment.name = "Attached message";
             return attachment;
@@ -239,9 +239,8 @@ private:
 
     const Compound& compound_;
     const std::string& prefix_;
-    int depth_;
-    std::int64_t& budget_;
-    int& parts_;
+    ContentBudget& budget_;
+    ContentBudget::Level level_;
     Properties properties_;
     std::optional<std::string> htmlCharset_; // absent: the page says it itself
     std::string charset_;
@@ -253,16 +252,15 @@ private:
 MailMessage parse(ByteView data) {
     if (data.size() > static_cast<std::size_t>(Limits::message)) throw MailError(MailError::tooLarge);
     const Compound compound(data);
-    std::int64_t budget = largestSum;
-    int parts = 0;
-    return message(compound, "", std::nullopt, 0, budget, parts);
+    ContentBudget budget({.bytes = largestSum, .parts = Limits::parts, .levels = deepest + 1});
+    return MessageReader(compound, "", std::nullopt, budget).message();
 }
 
 MailMessage message(const Compound& compound, const std::string& prefix,
                     const std::optional<std::string>& inheritedCharset, int depth, std::int64_t& budget,
                     int& parts) {
-    if (depth > mostMessageLevels) throw MailError(MailError::tooMany);
-    return MessageReader(compound, prefix, inheritedCharset, depth, budget, parts).message();
+    BorrowedBudget left(budget, parts, Limits::parts, depth, deepest);
+    return MessageReader(compound, prefix, inheritedCharset, left).message();
 }
 
 Properties properties(const Compound& compound, const std::string& prefix, std::size_t header) {

@@ -6,6 +6,7 @@
 #include "MailCore/Platform/UTF8.h"
 #include "MailCore/Rendering/HTMLEntities.h"
 
+#include <algorithm>
 #include <array>
 #include <charconv>
 #include <cstdint>
@@ -124,8 +125,8 @@ std::optional<std::size_t> foldedName(std::string_view text, std::size_t at, std
 }
 
 std::optional<Range> ClosingTags::after(std::size_t from) noexcept {
-    if (searched_ && (!found_ || found_->start >= from)) return found_;
-    searched_ = true;
+    if (isKnown_ && (!found_ || found_->start >= from)) return found_;
+    isKnown_ = true;
     found_.reset();
     for (std::size_t at = text_.find("</", from); at != npos; at = text_.find("</", at + 2)) {
         const auto nameEnd = foldedName(text_, at + 2, name_);
@@ -136,6 +137,7 @@ std::optional<Range> ClosingTags::after(std::size_t from) noexcept {
             break;
         }
     }
+    searched_ += (found_ ? found_->end : text_.size()) - std::min(from, text_.size());
     return found_;
 }
 
@@ -151,12 +153,8 @@ std::optional<RawAttribute> AttributeScanner::next() noexcept {
     if (value == text_.size()) return found;
     const char quote = text_[value];
     if (quote == '"' || quote == '\'') {
-        bool& ends = quote == '"' ? doubleQuoteEnds_ : singleQuoteEnds_;
-        const std::size_t end = ends ? text_.find(quote, value + 1) : npos;
-        if (end == npos) {
-            ends = false; // nor will it for any later attribute
-            return found;
-        }
+        const std::size_t end = text_.find(quote, value + 1);
+        if (end == npos) return found; // of each kind of quote only the last one: no search is in vain twice
         found.value = text_.substr(value + 1, end - value - 1);
         at_ = end + 1;
         return found;

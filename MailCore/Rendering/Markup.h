@@ -37,13 +37,16 @@ public:
     /// The first match at or after `from`, which never decreases from call to call.
     std::optional<Range> after(std::size_t from) noexcept;
     /// Whether it is known that no match follows any more.
-    bool exhausted() const noexcept { return searched_ && !found_; }
+    bool exhausted() const noexcept { return isKnown_ && !found_; }
     std::string_view name() const noexcept { return name_; }
+    /// How many bytes were looked through so far: those of the text, each once.
+    std::size_t searched() const noexcept { return searched_; }
 
 private:
     std::string_view text_;
     std::string_view name_;
-    bool searched_ = false;
+    std::size_t searched_ = 0;
+    bool isKnown_ = false;
     std::optional<Range> found_; // the last answer, good until a call begins behind it
 };
 
@@ -62,8 +65,6 @@ public:
 private:
     std::string_view text_;
     std::size_t at_ = 0;
-    bool doubleQuoteEnds_ = true; // a double quote may still come
-    bool singleQuoteEnds_ = true;
 };
 
 /// Calls `visit(attribute)` for the first 80 attributes of `tag`, the inside of a tag after its name.

@@ -23,7 +23,6 @@ HeaderBlock headers(ArchiveLines& lines) {
             break;
         }
         block.insert(block.end(), line->prefix.begin(), line->prefix.end());
-        if (line->truncated) break;
     }
     return {MIME::split(block).headers, end};
 }

@@ -1,7 +1,9 @@
 // The scanner means what this regular expression means, in linear time.
 #include "MailCore/MIME/HTMLCharset.h"
 
-#include "tests/MIME/RegexSupport.h"
+#include "tests/Support/Patterns.h"
+
+#include <gtest/gtest.h>
 
 using namespace MailCore;
 using namespace MailCore::Testing;
@@ -17,15 +19,16 @@ TEST(HTMLCharset, IsFoundInMetaTagsAsTheExpressionDoes) {
         "<meta",  "<MeTa ", "<metal", "charset", " charset=", "charſet = ", ";CHARSET", "=",
         "\"",     "'",      " ",      "\u00A0",  ">",         "u-8",        "K\u212A",  "\u200D",
         "\u0301", "é",      "\n",     distance,  "....",      wideDistance};
-    withRandomTexts(pieces, 12, 30'000, [](const std::string& text) {
-        const auto matches =
-            regexMatches(R"re((?i)<meta\b[^>]{0,1024}\bcharset\s*=\s*["']?\s*([a-zA-Z0-9._-]+))re", text);
-        EXPECT_EQ(MIME::sniffedCharset(text).value_or("none"), matches.empty() ? "none" : matches[0][1])
-            << text;
-    });
+    const Pattern pattern(R"re((?i)<meta\b[^>]{0,1024}\bcharset\s*=\s*["']?\s*([a-zA-Z0-9._-]+))re");
+    RandomTexts texts(pieces);
+    for (int round = 0; round < 30'000; ++round) {
+        const std::string text = texts.next(11);
+        const auto matches = pattern.matches(text);
+        ASSERT_EQ(MIME::sniffedCharset(text), matches.empty() ? std::nullopt : matches[0][1]) << text;
+    }
 }
 
-TEST(HTMLCharset, TakesLinearTimeOnHostileText) {
+TEST(HTMLCharset, FindsNothingInHostileText) {
     for (const std::string_view piece :
          {"<meta ", "<meta charset", "<meta charset=\"", "charset", "=", "<"}) {
         std::string text;

@@ -6,6 +6,8 @@
 
 #include <gmock/gmock.h>
 
+#include <tuple>
+
 using namespace MailCore;
 using MailCore::Testing::Mail;
 using testing::ElementsAre;
@@ -240,6 +242,16 @@ TEST(MIMEParse, CutsMultipartBodiesAtTheirDelimiters) {
         EXPECT_EQ(message.plain, c.plain);
         EXPECT_TRUE(message.attachments.empty());
     }
+    const std::string longest(199, 'b');
+    EXPECT_EQ(
+        parsed(Mail().type("multipart/mixed; boundary=" + longest).body("--" + longest + "\n\n\nx")).plain,
+        "x");
+    for (std::size_t size = 131'060; size < 131'076; ++size) { // of what is looked through at once
+        const std::string text(size, 'x');
+        EXPECT_EQ(
+            parsed(Mail().type("multipart/mixed; boundary=b").body("--b\n\n\n" + text + "\n--b--")).plain,
+            text);
+    }
 }
 
 TEST(MIMEParse, RefusesWhatGoesBeyondItsLimits) {
@@ -284,6 +296,21 @@ TEST(MIMEParse, RefusesWhatGoesBeyondItsLimits) {
     }
     const MailMessage capped = parsed(raw("A: 1\n\n" + large.substr(6)));
     EXPECT_EQ(capped.plain.size(), static_cast<std::size_t>(Limits::rendered) - 2);
+}
+
+TEST(MIMEPart, PaysFromWhatIsLeft) {
+    const Bytes message = Mail().part(Mail().text("one")).part(Mail().text("two")).bytes();
+    const auto left = [&message](int depth, int count, std::int64_t budget) {
+        MailMessage parts;
+        const std::string error =
+            errorOf([&] { return MIME::part(message, depth, count, budget, parts, never), 0; });
+        return std::tuple(error, count, parts.plain);
+    };
+    const auto size = static_cast<std::int64_t>(message.size());
+    EXPECT_EQ(left(15, 497, 2 * size), std::tuple("", 500, "one\n\ntwo"));
+    EXPECT_EQ(left(15, 498, 2 * size), std::tuple("tooMany", 501, "one"));
+    EXPECT_EQ(left(16, 0, 2 * size), std::tuple("tooMany", 2, ""));
+    EXPECT_EQ(left(0, 0, size - 1), std::tuple("tooLarge", 0, ""));
 }
 
 TEST(MIMEParse, StopsAtAnyLineWhenCancelled) {

@@ -1,5 +1,7 @@
 #include "MailCore/Model/SafeFilename.h"
 
+#include "tests/Support/Repeated.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
@@ -9,12 +11,7 @@ namespace MailCore {
 namespace {
 
 using namespace std::string_literals;
-
-std::string repeated(std::string_view text, int count) {
-    std::string result;
-    for (int index = 0; index < count; ++index) result += text;
-    return result;
-}
+using Testing::repeated;
 
 TEST(SafeFilenames, CanBeCreatedAnywhere) {
     struct Case {

@@ -6,8 +6,6 @@
 
 #include <gtest/gtest.h>
 
-#include <functional>
-
 namespace MailCore {
 namespace {
 
@@ -357,14 +355,12 @@ TEST(OutlookAttachments, ComeInTheOrderOfTheirStorages) {
     EXPECT_FALSE(listed.attachments[1].available);
 }
 
-TEST(OutlookProperties, AreReadFromWholeRecords) {
+TEST(OutlookProperties, AreReadBehindTheHeaderOfTheirStream) {
     const auto subject = [](const OutlookMail& mail) {
         return parsed(OutlookMail(mail).narrow(0x0037, "\xC9\xBD")).subject;
     };
     const std::string page936 = "\x03\0\xFD\x3F"s + std::string(4, '\0') + "\xA8\x03\0\0\0\0\0\0"s;
     EXPECT_EQ(subject(OutlookMail().propertyStream(std::string(32, '\0') + page936)), "山");
-    EXPECT_EQ(subject(OutlookMail().codepage(936).afterRecords(page936.substr(0, 8))), "山");
-    EXPECT_EQ(subject(OutlookMail().propertyStream(std::string(32, '\0') + page936.substr(0, 15))), "É½");
     EXPECT_EQ(subject(OutlookMail().propertyStream(std::string(24, '\0') + page936)), "É½"); // another header
     EXPECT_EQ(subject(OutlookMail().propertyStream(page936)), "É½");
     EXPECT_EQ(subject(OutlookMail().withoutPropertyStream()), "É½");
@@ -474,51 +470,6 @@ TEST(OutlookFiles, AreMalformedWithoutAnythingToShow) {
     for (const Case& c : cases) EXPECT_EQ(errorOfParsing(c.mail), c.error) << c.name;
     EXPECT_EQ(errorOfParsing(Container().stream("Workbook", "another kind of document").file().bytes()),
               "malformed");
-}
-
-TEST(OutlookFiles, FailAsTheirContainersDo) {
-    struct Case {
-        std::string_view name;
-        std::function<void(File&)> damage;
-        std::string_view error;
-    };
-    const std::string subject = "__substg1.0_0037001F";
-    const Case cases[] = {
-        {"whole", [](File&) {}, "none"},
-        {"no container", [](File& f) { f.data = "From: a@b\r\nSubject: s\r\n\r\n"; }, "malformed"},
-        {"nothing", [](File& f) { f.data.clear(); }, "malformed"},
-        {"a stream of 4 GiB", [&](File& f) { f.set(subject, File::highSize, 1); }, "tooLarge"},
-        {"a subject with a broken chain", [&](File& f) { f.set(subject, File::start, 9'999); }, "malformed"},
-        {"a subject of more than 32 MiB", [&](File& f) { f.set(subject, File::size, 33'554'433); }, "none"},
-        {"an attached message without its storage's content",
-         [](File& f) {
-             f.set("__attach_version1.0_#00000000/__substg1.0_3701000D", File::child, File::none);
-         },
-         "malformed"},
-        {"an attached message inside of itself",
-         [](File& f) {
-             f.set("__attach_version1.0_#00000000/__substg1.0_3701000D", File::child,
-                   f.entries.at("__attach_version1.0_#00000000"));
-         },
-         "malformed"},
-    };
-    const OutlookMail mail = note().from("Ana", "").attachedMessage(note());
-    for (const Case& c : cases) {
-        File file = mail.container().file();
-        c.damage(file);
-        EXPECT_EQ(errorOfParsing(file.bytes()), c.error) << c.name;
-    }
-}
-
-TEST(OutlookFiles, AreMalformedWhereverTheyAreTruncated) {
-    OutlookMail mail = note().html(std::string(5'000, 'h')).attachedMessage(note().recipient("r", "r@t"));
-    for (const std::size_t sector : {std::size_t{512}, std::size_t{4'096}}) {
-        const File whole = mail.container().sectorSize(sector).scattered().file();
-        EXPECT_EQ(errorOfParsing(whole.bytes()), "none");
-        const ByteView bytes = bytesOf(whole.data);
-        for (std::size_t length = 0; length < bytes.size(); length += 128)
-            EXPECT_EQ(errorOfParsing(copyOf(bytes.first(length))), "malformed") << length;
-    }
 }
 
 } // namespace

@@ -61,7 +61,10 @@ TEST(ImageHeader, ReadsSizeAndFrames) {
 
 TEST(ImageHeader, SurvivesEveryCutAndEveryWrongByte) {
     for (const std::string& whole : {png(8, 8, animationControl(2)), jpeg(8, 8), gif(8, 8, 2)}) {
-        for (std::size_t size = 0; size < whole.size(); ++size) inspected(whole.substr(0, size));
+        for (std::size_t size = 0; size < whole.size(); ++size) {
+            const auto header = inspected(whole.substr(0, size));
+            EXPECT_TRUE(!header || header->width * header->height == 64) << size;
+        }
         for (std::size_t at = 0; at < whole.size(); ++at) {
             for (const char byte : {'\0', '\x7F', '\xFF'}) {
                 std::string wrong = whole;

@@ -40,10 +40,12 @@ TEST(InlineImages, CountEachTimeTheyAreTaken) {
     const std::string header = Testing::png(8, 8);
     const MailMessage message{
         .attachments = {image("half", header + std::string(2'097'152 - header.size(), 'x')),
+                        image("larger", header + std::string(2'097'153 - header.size(), 'x')),
                         image("small", header)}};
     InlineImages images(message);
     EXPECT_TRUE(images.take("cid:half"));
     EXPECT_FALSE(images.take("cid:nobody"));
+    EXPECT_FALSE(images.take("cid:larger")); // by one byte
     EXPECT_TRUE(images.take("cid:half"));
     EXPECT_FALSE(images.take("cid:small")); // 4 MiB are full
 }

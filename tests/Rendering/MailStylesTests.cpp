@@ -1,16 +1,13 @@
 #include "MailCore/Rendering/MailStyles.h"
 
+#include "tests/Support/Repeated.h"
+
 #include <gtest/gtest.h>
 
 using namespace MailCore;
+using Testing::repeated;
 
 namespace {
-
-std::string repeated(std::string_view text, std::size_t count) {
-    std::string result;
-    for (; count > 0; --count) result += text;
-    return result;
-}
 
 MailStyles stylesOf(std::string_view css) {
     MailStyles styles;
@@ -105,9 +102,11 @@ TEST(MailStyles, KeepsDeclarations) {
         {"an escape", "color:red;wi\\64th:1px", ""},
         {"a comment", "color:red;/*x*/", ""},
         {"markup", "color:red;width:<", ""},
-        {"too long", "width:1px;" + std::string(16'384, ' '), ""},
+        {"the longest", "width:1px;" + std::string(16'374, ' '), "width:1px"},
+        {"too long", "width:1px;" + std::string(16'375, ' '), ""},
         {"the first hundred", repeated(" ;", 99) + "width:1px;height:1px", "width:1px"},
-        {"a value that is too long", "font-family:" + std::string(513, 'x') + ";width:1px", "width:1px"},
+        {"the longest value", "margin:1px" + std::string(506, ' ') + "2px", "margin:1px 2px"},
+        {"a value that is too long", "margin:1px" + std::string(507, ' ') + "2px;width:1px", "width:1px"},
         {"names that are none", "margin-a{b:1px;margin-\u00E9:1px;--x:1px;1:2", ""},
         {"functions and addresses", "width:calc(1px);background:url(https://a.example);width:expression(1)",
          ""},

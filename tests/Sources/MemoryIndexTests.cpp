@@ -35,15 +35,5 @@ TEST(MemoryIndexes, RefuseWhatIsBeyondTheBudgetAndRememberIt) {
     EXPECT_EQ(collection.metadataBytes, 2 * small.metadataBytes());
 }
 
-TEST(MemoryIndexes, CountMessagesUpToTheLimit) {
-    const MailReader::Progress progress = [](std::size_t) {};
-    const MailReader::Batch batch = [](std::span<const SharedEntry>) {};
-    MemoryIndex index(URL::file("/a"), {2, 1'000'000}, progress, batch);
-    EXPECT_TRUE(index.append({}));
-    EXPECT_TRUE(index.append({}));
-    EXPECT_FALSE(index.append({}));
-    EXPECT_EQ(std::move(index).collection("MBOX").entries.size(), 2U);
-}
-
 } // namespace
 } // namespace MailCore

@@ -23,13 +23,19 @@ TEST(Reading, ProvesThatTheFileIsTheOneThatWasIndexed) {
     MessageEntry longer = entry;
     longer.length += 1;
     EXPECT_EQ(errorOf([&] { MailReader::message(longer, never); }), "malformed");
-    EXPECT_EQ(errorOf([&] { MailReader::message(entry, [] { return true; }); }), "cancelled");
+    for (int stop = 1; stop <= 4; ++stop) { // before the chunk, twice in decoding, at the end
+        int asked = 0;
+        EXPECT_EQ(errorOf([&] { MailReader::message(entry, [&] { return ++asked == stop; }); }), "cancelled");
+    }
 
-    folder.touch("a.eml");
-    EXPECT_EQ(errorOf([&] { MailReader::message(entry, never); }), "sourceChanged");
+    const Cancelled changing = [&] { return folder.touch("a.eml"), false; };
+    EXPECT_EQ(errorOf([&] { MailReader::message(entry, changing); }), "sourceChanged") << "while it is read";
     MessageEntry unchecked = entry;
     unchecked.revision.reset();
     EXPECT_EQ(errorOf([&] { MailReader::message(unchecked, never); }), "none");
+    folder.write("a.eml", "shorter");
+    EXPECT_EQ(errorOf([&] { MailReader::message(entry, never); }), "sourceChanged")
+        << "rather than malformed";
     std::filesystem::remove(folder.path("a.eml"));
     EXPECT_EQ(errorOf([&] { MailReader::message(entry, never); }), "malformed");
 }
@@ -79,6 +85,12 @@ TEST_F(Exporting, NeverTouchesTheSource) {
     for (const std::string_view name : {"a.eml", "hard.eml", "soft.eml", "sub/../a.eml"})
         EXPECT_EQ(exportTo(entry, folder.url(name)), "unsafeDestination") << name;
     EXPECT_EQ(folder.read("a.eml"), letter);
+    const auto linking = [&] {
+        return std::filesystem::create_hard_link(folder.path("a.eml"), folder.path("sub/late.eml")), false;
+    };
+    EXPECT_EQ(errorOf([&] { MailReader::exportOriginal(entry, folder.url("sub/late.eml"), linking, 1'000); }),
+              "unsafeDestination");
+    std::filesystem::remove(folder.path("sub/late.eml"));
     EXPECT_EQ(exportTo(entry, folder.url("absent/out.eml")), "platform");
     EXPECT_EQ(exportTo(entry, folder.url("sub")), "platform"); // a folder cannot be replaced
     EXPECT_EQ(exportTo(entry, URL::parse("https://example.org/a").value()), "malformed");
@@ -89,12 +101,14 @@ TEST_F(Exporting, NeverTouchesTheSource) {
 TEST_F(Exporting, LeavesTheDestinationAloneWhenItFails) {
     const MessageEntry entry = entryOf(folder.write("a.eml", letter));
     folder.write("out.eml", "before");
-    int asked = 0;
-    EXPECT_EQ(errorOf([&] {
-                  MailReader::exportOriginal(
-                      entry, folder.url("out.eml"), [&] { return ++asked > 3; }, 8);
-              }),
-              "cancelled");
+    for (const std::int64_t chunk : {8, 1'000}) { // in the middle, and when all is written
+        int asked = 0;
+        EXPECT_EQ(errorOf([&] {
+                      MailReader::exportOriginal(
+                          entry, folder.url("out.eml"), [&] { return ++asked > 1; }, chunk);
+                  }),
+                  "cancelled");
+    }
     EXPECT_EQ(errorOf([&] {
                   MailReader::exportOriginal(
                       entry, folder.url("out.eml"),
@@ -105,6 +119,7 @@ TEST_F(Exporting, LeavesTheDestinationAloneWhenItFails) {
                       8);
               }),
               "sourceChanged");
+    EXPECT_EQ(exportTo(entry, folder.url("out.eml")), "sourceChanged");
     MessageEntry outside = entryOf(folder.url("a.eml"));
     outside.length += 1;
     EXPECT_EQ(exportTo(outside, folder.url("out.eml")), "malformed");
