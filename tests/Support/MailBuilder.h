@@ -5,7 +5,6 @@
 #include "MailCore/Platform/Bytes.h"
 
 #include <algorithm>
-#include <optional>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -96,24 +95,6 @@ public:
         subtype_ = subtype;
         return *this;
     }
-    /// A boundary of the test's choice; otherwise one that no part inside uses.
-    Mail& boundary(std::string_view text) {
-        boundary_ = text;
-        return *this;
-    }
-    Mail& preamble(std::string_view text) {
-        preamble_ = text;
-        return *this;
-    }
-    Mail& epilogue(std::string_view text) {
-        epilogue_ = text;
-        return *this;
-    }
-    /// Leaves out the closing delimiter.
-    Mail& unclosed() {
-        closed_ = false;
-        return *this;
-    }
     /// "\n" or "\r\n", for the lines of this entity (not of its parts).
     Mail& lineEnd(std::string_view text) {
         lineEnd_ = text;
@@ -127,15 +108,13 @@ public:
             result += value + lineEnd_;
         }
         if (parts_.empty()) return result + lineEnd_ + body_;
-        const std::string mark = boundary_ ? *boundary_ : "part-" + std::to_string(height_);
+        const std::string mark = "part-" + std::to_string(height_);
         result += "Content-Type: multipart/" + subtype_ + "; boundary=\"" + mark + "\"" + lineEnd_ + lineEnd_;
-        result += preamble_;
         for (const Mail& child : parts_) {
             result += "--" + mark + lineEnd_;
             result += child.string() + lineEnd_;
         }
-        if (closed_) result += "--" + mark + "--" + lineEnd_;
-        return result + epilogue_;
+        return result + "--" + mark + "--" + lineEnd_;
     }
     Bytes bytes() const { return copyOf(bytesOf(string())); }
     operator Bytes() const { return bytes(); }
@@ -154,12 +133,8 @@ private:
     std::string body_;
     std::vector<Mail> parts_;
     std::string subtype_ = "mixed";
-    std::optional<std::string> boundary_;
-    std::string preamble_;
-    std::string epilogue_;
     std::string lineEnd_ = "\r\n";
     int height_ = 0;
-    bool closed_ = true;
 };
 
 } // namespace MailCore::Testing

@@ -32,11 +32,6 @@ public:
         records_ += littleEndian(tag, 4) + littleEndian(6, 4) + littleEndian(value, 8);
         return *this;
     }
-    /// Bytes after the last record.
-    OutlookMail& afterRecords(std::string_view bytes) {
-        afterRecords_ = bytes;
-        return *this;
-    }
     /// The whole property stream, instead of the one that is due.
     OutlookMail& propertyStream(std::string_view bytes) {
         propertyStream_ = bytes;
@@ -134,7 +129,7 @@ private:
         if (!embedded_.empty()) properties += record(0x3701, 0x000D, 0x1'FFFF'FFFF);
         if (hasPropertyStream_) {
             container.stream(prefix + "__properties_version1.0",
-                             propertyStream_.empty() ? properties + afterRecords_ : propertyStream_);
+                             propertyStream_.empty() ? properties : propertyStream_);
         }
         for (std::size_t index = 0; index < recipients_.size(); ++index) {
             const std::string storage = fmt::format("{}__recip_version1.0_#{:08X}", prefix, index);
@@ -158,7 +153,6 @@ private:
 
     std::map<std::pair<std::uint16_t, std::uint16_t>, std::string> streams_; // by identifier and type
     std::string records_;
-    std::string afterRecords_;
     std::string propertyStream_;
     bool hasPropertyStream_ = true;
     std::vector<OutlookMail> recipients_;
