@@ -48,7 +48,8 @@ MailWebCoordinator::Navigation navigationOf(WebKitPolicyDecision* decision) {
 
 MailWebView::MailWebView(AppModel& model, std::string rulesFolder)
     : Glib::ObjectBase("TesselMailWebView"), Glib::ExtraClassInit(letFocusLeave), model_(model),
-      locked_(std::move(rulesFolder)), view_(ObjectRef<WebKitWebView>::retain(locked_.view())), page_(view_), link_(*this, model.preferences()),
+      locked_(std::move(rulesFolder)), view_(ObjectRef<WebKitWebView>::retain(locked_.view())), page_(view_),
+      link_(*this, model.preferences()),
       copyLink_(Gio::SimpleAction::create(copyLinkAction, Glib::VARIANT_TYPE_STRING)),
       coordinator_(
           page_,
