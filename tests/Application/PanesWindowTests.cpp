@@ -1,4 +1,5 @@
 // The panes of the window: how wide they are and where the keyboard goes.
+#include "TesselMail/Views/Shortcuts.h"
 #include "tests/Application/WindowFixture.h"
 
 namespace TesselMail::Testing {
@@ -70,6 +71,15 @@ TEST_F(Panes, AreWalkedByKey) {
     waitUntil([this] { return focusIn("GtkListView"); });
     act("previous-pane");
     waitUntil([this] { return focusIn("GtkListBox"); });
+}
+
+// The table of keys names commands by text: one that is misspelt would be listed and do nothing.
+TEST_F(Panes, HaveEveryCommandThatIsGivenAKey) {
+    for (const Shortcut& shortcut : shortcuts) {
+        const std::string name = shortcut.action;
+        EXPECT_TRUE(!name.starts_with("win.") || window_->lookup_action(name.substr(4))) << name;
+        EXPECT_TRUE(gtk_accelerator_parse(shortcut.key, nullptr, nullptr)) << name << ": " << shortcut.key;
+    }
 }
 
 } // namespace

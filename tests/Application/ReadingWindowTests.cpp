@@ -112,21 +112,6 @@ TEST_F(ReadingWindow, ShowsAMessageAsPlainTextAndBack) {
     EXPECT_EQ(plainText(), "");
 }
 
-TEST_F(ReadingWindow, SaysWhyThereIsOnlyPlainText) {
-    window_.reset();
-    const std::string path = g_getenv("PATH");
-    g_setenv("PATH", "/nowhere", TRUE); // where no sandbox is to be found
-    window_ = std::make_unique<MainWindow>(*model_, state_);
-    g_setenv("PATH", path.c_str(), TRUE);
-    window_->present();
-    open({html("a.eml", "<p>One<br>two</p>")});
-    waitUntil([this] { return plainText() == "One\ntwo"; });
-    EXPECT_THAT(labels(), HasSubstr(Texts::plainWithoutSandbox.english));
-    preferences_.setLanguage("zh-CN");
-    EXPECT_THAT(labels(), HasSubstr(Texts::plainWithoutSandbox.chinese));
-    EXPECT_FALSE(webView());
-}
-
 TEST_F(ReadingWindow, GivesUpOnAPageThatDoesNotAnswer) {
     open({html("a.eml", "<p>First</p>"), html("b.eml", "<p>Second</p>"), html("c.eml", "<p>Third</p>")});
     waitForPage("First");
@@ -278,6 +263,83 @@ TEST_F(ReadingWindow, ReadsAnAttachedMessageThatIsOpenAlready) {
         waitForPage("Outside");
     }
     EXPECT_EQ(model_->collections->size(), 2U);
+}
+
+TEST_F(ReadingWindow, SavesAFileAndReadsAMessageByTheirOwnButtons) {
+    const std::string inner = Mail().subject("Inner").text("Inside").string();
+    panels_.destination = URL::file(folder_.path("saved.txt").string());
+    open({folder_.write("a.eml", Mail()
+                                     .subject("Outer")
+                                     .part(Mail().text("Outside"))
+                                     .part(Mail().file("tide.txt", "text/plain", "High water"))
+                                     .part(Mail().type("message/rfc822").text(inner))
+                                     .string())});
+    waitForPage("Outside");
+    const auto buttons = [this] {
+        std::vector<GtkWidget*> found;
+        for (GtkWidget* const widget : shown())
+            if (GTK_IS_BUTTON(widget) && gtk_widget_has_css_class(widget, "attachment"))
+                found.push_back(widget);
+        return found;
+    };
+    ASSERT_EQ(buttons().size(), 2U);
+    g_signal_emit_by_name(buttons()[0], "clicked");
+    waitUntil([this] { return std::filesystem::exists(folder_.path("saved.txt")); });
+    EXPECT_EQ(panels_.proposedNames, std::vector<std::string>{"tide.txt"});
+    EXPECT_EQ(model_->collections->size(), 1U);
+    g_signal_emit_by_name(buttons()[1], "clicked");
+    waitForPage("Inside");
+    EXPECT_EQ(panels_.proposedNames.size(), 1U);
+}
+
+// What is dropped is opened, all of it; a link that is dragged along is none.
+TEST_F(ReadingWindow, OpensEveryFileOfADrop) {
+    GtkDropTarget* target = nullptr;
+    const auto controllers =
+        ObjectRef<GListModel>::adopt(gtk_widget_observe_controllers(GTK_WIDGET(window_->gobj())));
+    for (guint at = 0; at < g_list_model_get_n_items(controllers.get()); ++at) {
+        const auto controller =
+            ObjectRef<GObject>::adopt(G_OBJECT(g_list_model_get_item(controllers.get(), at)));
+        if (GTK_IS_DROP_TARGET(controller.get())) target = GTK_DROP_TARGET(controller.get());
+    }
+    ASSERT_TRUE(target);
+    const auto drop = [&](const std::vector<std::string>& addresses) {
+        GSList* files = nullptr;
+        for (const std::string& address : addresses)
+            files = g_slist_append(files, g_file_new_for_commandline_arg(address.c_str()));
+        Glib::ValueBase value;
+        value.init(GDK_TYPE_FILE_LIST);
+        g_value_take_boxed(value.gobj(), gdk_file_list_new_from_list(files));
+        g_slist_free_full(files, g_object_unref);
+        gboolean taken = FALSE;
+        g_signal_emit_by_name(target, "drop", value.gobj(), 1.0, 1.0, &taken);
+        return taken != FALSE;
+    };
+    EXPECT_FALSE(drop({"https://tessel.example/"}));
+    EXPECT_TRUE(drop({letter("a.eml", "a").path(), "https://tessel.example/", letter("b.eml", "b").path()}));
+    settle();
+    EXPECT_EQ(openNames(), (std::vector<std::string>{"a.eml", "b.eml"}));
+}
+
+/// The same where no sandbox is needed, because none is to be found.
+class PlainWindow : public ReadingWindow {
+protected:
+    void SetUp() override {}
+};
+
+TEST_F(PlainWindow, SaysWhyThereIsOnlyPlainText) {
+    window_.reset();
+    const std::string path = g_getenv("PATH");
+    g_setenv("PATH", "/nowhere", TRUE); // where no sandbox is to be found
+    window_ = std::make_unique<MainWindow>(*model_, state_);
+    g_setenv("PATH", path.c_str(), TRUE);
+    window_->present();
+    open({html("a.eml", "<p>One<br>two</p>")});
+    waitUntil([this] { return plainText() == "One\ntwo"; });
+    EXPECT_THAT(labels(), HasSubstr(Texts::plainWithoutSandbox.english));
+    preferences_.setLanguage("zh-CN");
+    EXPECT_THAT(labels(), HasSubstr(Texts::plainWithoutSandbox.chinese));
+    EXPECT_FALSE(webView());
 }
 
 } // namespace

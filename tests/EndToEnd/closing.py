@@ -27,6 +27,25 @@ def files(app):
 
 
 @scenario(start=False)
+def files_by_key(app):
+    """The menu of a row, and Delete."""
+    for name in "ABC":
+        (app.mail / f"{name}.eml").write_bytes(mail.letter(name))
+    app.start(*(app.mail / f"{name}.eml" for name in "ABC"))
+    app.find("list item", re.compile("^C.eml"))
+    app.keys("F6", "F6")
+    wait(lambda: any(part.startswith("list item A.eml") for part in app.focus_path()[:1]), "the focus on the first file")
+    app.keys("Menu")
+    app.choose(app.text("close_file"))
+    wait(lambda: not app.everything("list item", re.compile("^A.eml")), "the file to close by its menu")
+    wait(lambda: any(part.startswith("list item B.eml") for part in app.focus_path()[:1]), "the focus on the next file")
+    app.step("closed by menu")
+    app.keys("Delete")
+    wait(lambda: not app.everything("list item", re.compile("^B.eml")), "the file to close by Delete")
+    app.step("closed by Delete")
+
+
+@scenario(start=False)
 def by_key_and_again(app):
     for _ in range(2):
         with_archive(app)

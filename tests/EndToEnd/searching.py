@@ -26,12 +26,12 @@ def search_and_clear(app):
 @scenario(start=False)
 def hits_from_the_top(app):
     """The newest hit is in view, however far down the message on show is among them, and their number is told."""
-    app.start(mail.mbox(app.mail / "Many.mbox", 400))
+    app.start(mail.mbox(app.mail / "Many.mbox", 60))
     wait(lambda: any("Message 0" in app.name(row) for row in app.rows()), "the message on show, the oldest")
     app.keys("ctrl+f")
     app.type("Message")
-    wait(lambda: any("Message 399" in app.name(row) for row in app.rows()), "the newest hit")
-    app.sees("400" + app.text("message_count"))
+    wait(lambda: any("Message 59" in app.name(row) for row in app.rows()), "the newest hit")
+    app.sees("60" + app.text("message_count"))
     app.step("hits")
     app.keys("Escape")
     wait(lambda: any("Message 0" in app.name(row) for row in app.rows()), "the message on show again")
