@@ -176,8 +176,16 @@ bool Sidebar::showMenuByKey(Gtk::Widget&, const Glib::VariantBase&) {
     return true;
 }
 
+// The menu gives the focus back to its row, which is gone then: the next one takes it when the menu is
+// closed.
 void Sidebar::closeMenuRow() {
-    if (menuRow_) model_.closeCollection(*std::exchange(menuRow_, std::nullopt));
+    if (!menuRow_) return;
+    model_.closeCollection(*std::exchange(menuRow_, std::nullopt));
+    Glib::signal_idle().connect_once(sigc::mem_fun(*this, &Sidebar::focusWhatIsLeft));
+}
+
+void Sidebar::focusWhatIsLeft() {
+    if (!shown_.empty()) focusSources();
 }
 
 void Sidebar::showTexts() {

@@ -43,6 +43,7 @@ private:
     void showMenu(int presses, double x, double y);
     bool showMenuByKey(Gtk::Widget& list, const Glib::VariantBase& arguments);
     void closeMenuRow();
+    void focusWhatIsLeft();
 
     AppModel& model_;
     Adwaita::HeaderBar header_;
