@@ -51,7 +51,7 @@ Panes::Panes(AppModel& model, WindowState& state)
         g_signal_connect_swapped(leaflet, "notify::folded",
                                  G_CALLBACK(+[](Panes* self) { self->showFolded(); }), this);
     adw_leaflet_set_visible_child(outer_, GTK_WIDGET(inner_));
-    sidebar_.signalChosen().connect([this] { showsLetter() ? showReader() : showList(); });
+    sidebar_.signalChosen().connect(sigc::mem_fun(*this, &Panes::showChosen));
     sidebar_.signalEntered().connect(sigc::mem_fun(*this, &Panes::enterSelected));
     list_.signalChosen().connect(sigc::mem_fun(*this, &Panes::showReader));
     list_.signalEntered().connect(sigc::mem_fun(*this, &Panes::read));
@@ -143,12 +143,16 @@ void Panes::showSelected() {
     if (sidebar_.isChoosing()) return; // people walk through the sources: Return or a click goes on
     if (!model_.active()) return showMessages();
     const bool placed = sidebar_.holdsFocus() || holdsFocus(listPane_) || holdsFocus(readerPane_);
-    showsLetter() ? showReader() : showList();
+    showChosen();
     if (!placed && !isFolded()) list_.focusList();
 }
 
-void Panes::enterSelected() {
+void Panes::showChosen() {
     showsLetter() ? showReader() : showList();
+}
+
+void Panes::enterSelected() {
+    showChosen();
     if (!isFolded()) list_.focusList();
 }
 

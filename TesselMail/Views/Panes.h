@@ -48,6 +48,7 @@ private:
     void showFolded();
     void turnTo(AdwLeaflet* leaflet, Gtk::Widget& pane);
     void showMessages();
+    void showChosen();
     void enterSelected();
     bool showsLetter() const;
     bool isFolded() const;
