@@ -4,7 +4,8 @@
 #include "Lock/LockedWebView.h"
 #include "Lock/ViewSwitches.h"
 #include "MailCore/Rendering/RenderedMail.h"
-#include "TesselMail/Platform/ObjectRef.h"
+#include "tests/Application/ModelFixture.h"
+#include "tests/Application/PageAnswer.h"
 
 #include <gio/gio.h>
 #include <gtest/gtest.h>
@@ -45,16 +46,7 @@ private:
     int visits_ = 0;
 };
 
-template <typename Condition>
-void waitUntil(const Condition& holds) {
-    const gint64 end = g_get_monotonic_time() + 60 * G_USEC_PER_SEC;
-    while (!holds()) {
-        if (g_get_monotonic_time() > end) return ADD_FAILURE() << "waited too long", void();
-        g_main_context_iteration(nullptr, TRUE);
-    }
-}
-
-class Lock : public testing::Test {
+class Lock : public MainLoopTest {
 protected:
     // Where the web view's sandbox cannot start there is no web view to be locked.
     void SetUp() override {
@@ -63,13 +55,8 @@ protected:
         locked_ = std::make_unique<LockedWebView>(LockedWebView::makeRulesFolder());
         gtk_window_set_child(GTK_WINDOW(window_), GTK_WIDGET(view()));
         gtk_window_present(GTK_WINDOW(window_));
-        tick_ = g_timeout_add(
-            50, [](gpointer) -> gboolean { return G_SOURCE_CONTINUE; }, nullptr);
     }
-    void TearDown() override {
-        if (tick_) g_source_remove(tick_);
-        gtk_window_destroy(GTK_WINDOW(window_));
-    }
+    void TearDown() override { gtk_window_destroy(GTK_WINDOW(window_)); }
 
     WebKitWebView* view() const { return locked_->view(); }
     void installRules() {
@@ -100,30 +87,14 @@ protected:
         g_signal_handler_disconnect(view(), handler);
     }
     std::string evaluate(const std::string& script) {
-        struct Answer {
-            bool come = false;
-            std::string text;
-        } answer;
-        webkit_web_view_call_async_javascript_function(
-            view(), script.c_str(), -1, nullptr, "test", nullptr, nullptr,
-            [](GObject* from, GAsyncResult* result, gpointer data) {
-                auto& answer = *static_cast<Answer*>(data);
-                const auto value =
-                    ObjectRef<JSCValue>::adopt(webkit_web_view_call_async_javascript_function_finish(
-                        WEBKIT_WEB_VIEW(from), result, nullptr));
-                char* const text = value ? jsc_value_to_string(value.get()) : nullptr;
-                answer.text = text ? text : "";
-                g_free(text);
-                answer.come = true;
-            },
-            &answer);
+        PageAnswer answer;
+        askPage(view(), script, answer);
         waitUntil([&] { return answer.come; });
         return answer.text;
     }
 
     GtkWidget* window_ = gtk_window_new();
     std::unique_ptr<LockedWebView> locked_;
-    guint tick_ = 0; // wakes the loop while a test waits
 };
 
 const auto loads = std::to_array<std::pair<const char*, const char*>>({

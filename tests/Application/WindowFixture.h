@@ -2,6 +2,7 @@
 
 #include "TesselMail/Views/MainWindow.h"
 #include "tests/Application/ModelFixture.h"
+#include "tests/Application/PageAnswer.h"
 
 #include <gtkmm.h>
 #include <webkit/webkit.h>
@@ -65,23 +66,8 @@ protected:
     WebKitWebView* webView() { return webViewIn(GTK_WIDGET(window_->gobj())); }
     /// What `script`, a function body, answers in the page as text.
     std::string evaluate(const std::string& script) {
-        struct Answer {
-            bool come = false;
-            std::string text;
-        } answer;
-        webkit_web_view_call_async_javascript_function(
-            webView(), script.c_str(), -1, nullptr, "test", nullptr, nullptr,
-            [](GObject* view, GAsyncResult* result, gpointer data) {
-                auto& answer = *static_cast<Answer*>(data);
-                const auto value =
-                    ObjectRef<JSCValue>::adopt(webkit_web_view_call_async_javascript_function_finish(
-                        WEBKIT_WEB_VIEW(view), result, nullptr));
-                char* const text = value ? jsc_value_to_string(value.get()) : nullptr;
-                answer.text = text ? text : "";
-                g_free(text);
-                answer.come = true;
-            },
-            &answer);
+        PageAnswer answer;
+        askPage(webView(), script, answer);
         waitUntil([&] { return answer.come; });
         return answer.text;
     }
