@@ -2,7 +2,6 @@
 #include "MailCore/Sources/Emlx.h"
 
 #include "MailCore/Model/MailError.h"
-#include "MailCore/Sources/MailReader.h"
 #include "fuzz/MemoryFile.h"
 #include "fuzz/Support.h"
 
@@ -13,7 +12,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const Bytes input = inputBytes(data, size);
     std::optional<ByteView> inside;
     try {
-        inside = MailReader::emlx(input, "emlx");
+        inside = MailReader::emlx(input);
         check(isInside(charsOf(*inside), charsOf(input)) && !inside->empty());
     } catch (const MailError& error) {
         check(error == MailError::malformed);

@@ -10,10 +10,9 @@ namespace MailCore {
 /// One opened source with its entries.
 struct MailCollection {
     UUID id = UUID::random();
-    URL url;           // what was opened: a file, or the folder of a Maildir or an "mbox" file
-    EntryList entries; // in `id` order
-    /// "EML", "EMLX", "MSG", "OFT", "MIME", "MBOX" or "Maildir"; the application adds "Message".
-    std::string kind;
+    URL url;                        // what was opened: a file, or the folder of a Maildir or an "mbox" file
+    EntryList entries;              // in `id` order
+    std::string kind;               // one of SourceKinds
     bool isIndexing = false;        // entries are still arriving
     bool indexInterrupted = false;  // indexing stopped early: the entries are a prefix
     bool indexLimitReached = false; // the budget stopped indexing: the entries are a prefix

@@ -1,22 +1,13 @@
 #include "MailCore/Model/MailMessage.h"
 
+#include "MailCore/Model/SourceKinds.h"
 #include "MailCore/Platform/Text.h"
-#include "MailCore/Platform/URL.h"
-
-#include <algorithm>
-#include <array>
 
 namespace MailCore {
 
 bool MailAttachment::canPreview() const {
-    static constexpr auto messageTypes =
-        std::to_array<std::string_view>({"message/rfc822", "message/global", "application/vnd.ms-outlook"});
-    static constexpr auto messageExtensions = std::to_array<std::string_view>({"eml", "mime", "msg", "oft"});
     if (isOLE) return false;
-    if (!embedded.empty()) return true;
-    if (std::ranges::find(messageTypes, Text::lowered(type)) != messageTypes.end()) return true;
-    return std::ranges::find(messageExtensions, Text::lowered(pathExtension(name))) !=
-           messageExtensions.end();
+    return !embedded.empty() || SourceKinds::formatOfAttachment(type, name).has_value();
 }
 
 // Written out: the two records contain each other, which Clang 14 does not survive in a defaulted comparison.

@@ -12,11 +12,6 @@
 /// Outlook message files, MSG and OFT (MS-OXMSG), as the records that MIME messages become too.
 namespace MailCore::Outlook {
 
-/// Whether files with `extension` (lower case) are message files.
-constexpr bool isExtension(std::string_view extension) noexcept {
-    return extension == "msg" || extension == "oft";
-}
-
 /// Decodes the message file in `data`: texts, recipients, attachments, attached messages. Compressed RTF and
 /// named properties are not read.
 /// Throws MailError: `tooLarge` above Limits::message bytes, or when texts and contents read add up to more

@@ -4,7 +4,6 @@
 #include "MailCore/Model/MailError.h"
 #include "MailCore/Platform/Text.h"
 #include "MailCore/Platform/UTF8.h"
-#include "MailCore/Sources/MailReader.h"
 
 #include <algorithm>
 #include <array>
@@ -17,8 +16,7 @@ constexpr std::size_t largestCountLine = 30; // line feed included
 
 } // namespace
 
-ByteView emlx(ByteView data, std::string_view extension) {
-    if (extension != "emlx") return data;
+ByteView emlx(ByteView data) {
     const std::string_view text = charsOf(data);
     const std::size_t lineFeed = text.substr(0, largestCountLine).find('\n');
     if (lineFeed == std::string_view::npos) throw MailError(MailError::malformed);

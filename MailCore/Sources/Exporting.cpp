@@ -1,5 +1,5 @@
 #include "MailCore/Model/MailError.h"
-#include "MailCore/Platform/Text.h"
+#include "MailCore/Model/SourceKinds.h"
 #include "MailCore/Sources/Emlx.h"
 #include "MailCore/Sources/MailReader.h"
 
@@ -81,7 +81,7 @@ void protectSource(const URL& destination, const MessageEntry& entry, const File
 
 MessageRange rangeToCopy(const FileHandle& handle, const MessageEntry& entry, const FileRevision& revision) {
     MessageRange range{entry.offset, entry.length};
-    if (Text::lowered(entry.file.pathExtension()) == "emlx")
+    if (SourceKinds::formatIn(entry.file) == MessageFormat::emlx)
         range = emlxRange(handle, entry.offset, entry.length);
     const auto size = static_cast<ByteOffset>(revision.size);
     if (range.offset > size || static_cast<ByteOffset>(range.length) > size - range.offset)

@@ -2,8 +2,8 @@
 
 #include "MailCore/Model/Limits.h"
 #include "MailCore/Model/MailError.h"
+#include "MailCore/Model/SourceKinds.h"
 #include "MailCore/Outlook/Outlook.h"
-#include "MailCore/Platform/Text.h"
 #include "MailCore/Sources/Emlx.h"
 #include "MailCore/Sources/HeaderBlock.h"
 #include "MailCore/Sources/IndexEntry.h"
@@ -12,16 +12,11 @@
 #include "MailCore/Sources/MemoryIndex.h"
 #include "MailCore/Sources/SourceFile.h"
 
-#include <algorithm>
 #include <sys/stat.h>
 
 namespace MailCore::MailReader {
 
 namespace {
-
-bool isArchive(std::string_view extension) {
-    return extension == "mbox" || extension == "mbx" || extension == "mbo";
-}
 
 /// The fields that stand for an Outlook file in the index, since it has no header block: those of its
 /// message, or its name when it is too large to be read.
@@ -37,30 +32,30 @@ std::vector<Header> outlookFields(const URL& url, const FileHandle& handle, cons
 }
 
 std::vector<Header> headerFields(const URL& url, const FileHandle& handle, const FileRevision& revision,
-                                 std::string_view extension, const Cancelled& cancelled) {
-    if (Outlook::isExtension(extension)) return outlookFields(url, handle, revision, cancelled);
-    if (extension == "emlx") handle.seek(emlxRange(handle, 0, revision.size).offset);
+                                 MessageFormat format, const Cancelled& cancelled) {
+    if (format == MessageFormat::outlook) return outlookFields(url, handle, revision, cancelled);
+    if (format == MessageFormat::emlx) handle.seek(emlxRange(handle, 0, revision.size).offset);
     ArchiveLines lines(handle, cancelled);
     return headers(lines).fields;
 }
 
-MailCollection indexSingleMessage(const URL& url, std::string_view extension, const Cancelled& cancelled,
+MailCollection indexSingleMessage(const URL& url, const SourceKind& kind, const Cancelled& cancelled,
                                   const Progress& progress, const IndexLimits& limits, const Batch& batch) {
     const FileHandle handle = openSource(url);
     const FileRevision revision = FileRevision::capture(handle);
     if (revision.size < 1) throw MailError(MailError::malformed);
-    const std::vector<Header> fields = headerFields(url, handle, revision, extension, cancelled);
+    const std::vector<Header> fields = headerFields(url, handle, revision, kind.format, cancelled);
     requireUnchanged(handle, revision);
     if (fields.empty()) throw MailError(MailError::malformed);
     MemoryIndex index(url, limits, progress, batch);
     index.append(indexEntry(0, fields, {0, revision.size}, url, revision));
     index.deliver();
-    return std::move(index).collection(Text::uppered(extension));
+    return std::move(index).collection(std::string(kind.name));
 }
 
 MailCollection indexFolder(const URL& url, const Cancelled& cancelled, const Progress& progress,
                            const IndexLimits& limits, const Batch& batch) {
-    const URL archive = URL::file(url.path() + "/mbox");
+    const URL archive = URL::file(url.path() + "/" + std::string(SourceKinds::mailboxFile));
     struct stat status {};
     if (::lstat(archive.path().c_str(), &status) != 0)
         return indexMaildir(url, cancelled, progress, limits, batch);
@@ -78,14 +73,14 @@ MailCollection collection(const URL& url, const Cancelled& cancelled, const Prog
     struct stat status {};
     if (::stat(url.path().c_str(), &status) != 0) throw MailError(MailError::malformed);
     if (S_ISDIR(status.st_mode)) return indexFolder(url, cancelled, progress, limits, batch);
-    const std::string extension = Text::lowered(url.pathExtension());
-    if (isArchive(extension)) return indexMbox(url, cancelled, progress, limits, batch);
-    if (std::ranges::find(extensions, extension) == extensions.end()) throw MailError(MailError::unsupported);
-    return indexSingleMessage(url, extension, cancelled, progress, limits, batch);
+    const SourceKind* const kind = SourceKinds::of(url);
+    if (!kind) throw MailError(MailError::unsupported);
+    if (kind->isArchive) return indexMbox(url, cancelled, progress, limits, batch);
+    return indexSingleMessage(url, *kind, cancelled, progress, limits, batch);
 }
 
 bool isCurrent(const MailCollection& collection) {
-    if (collection.kind == "Maildir" || collection.isIndexing || collection.indexInterrupted ||
+    if (collection.kind == SourceKinds::maildir || collection.isIndexing || collection.indexInterrupted ||
         collection.indexLimitReached || collection.entries.empty())
         return false;
     const MessageEntry& first = *collection.entries.front();

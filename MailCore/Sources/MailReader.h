@@ -6,10 +6,8 @@
 #include "MailCore/Model/MailMessage.h"
 #include "MailCore/Sources/SourceFile.h"
 
-#include <array>
 #include <functional>
 #include <span>
-#include <string_view>
 
 /// The engine's front door for sources on disk. Everything is read-only but `exportOriginal`.
 namespace MailCore::MailReader {
@@ -18,10 +16,6 @@ namespace MailCore::MailReader {
 using Progress = std::function<void(std::size_t)>;
 /// Receives every entry exactly once, in order.
 using Batch = std::function<void(std::span<const SharedEntry>)>;
-
-/// The supported file-name extensions.
-inline constexpr std::array<std::string_view, 8> extensions = {"eml",  "emlx", "msg", "oft",
-                                                               "mbox", "mbx",  "mbo", "mime"};
 
 /// Opens the file or folder `url` and indexes its messages: one for a message file, all for an mbox archive,
 /// a folder that holds an "mbox" file, or a Maildir folder. Reads header blocks only. The index stops without
@@ -42,10 +36,6 @@ MailMessage message(const MessageEntry& entry, const Cancelled& cancelled);
 
 /// The original bytes of the message: an EMLX file without its framing, everything else as it stands.
 Bytes original(const MessageEntry& entry);
-
-/// The message inside EMLX-framed bytes when `extension` is "emlx", otherwise `data`; points into `data`.
-/// Throws MailError::malformed.
-ByteView emlx(ByteView data, std::string_view extension);
 
 /// Copies the message's original bytes to `destination` through a temporary file beside it, which replaces
 /// the destination in one step. Moves at most `chunkSize` bytes (at least 1, at most 128 KiB) at a time.

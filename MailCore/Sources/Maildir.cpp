@@ -1,6 +1,7 @@
 #include "MailCore/Sources/Maildir.h"
 
 #include "MailCore/Model/MailError.h"
+#include "MailCore/Model/SourceKinds.h"
 #include "MailCore/Sources/HeaderBlock.h"
 #include "MailCore/Sources/IndexEntry.h"
 #include "MailCore/Sources/MemoryIndex.h"
@@ -68,14 +69,14 @@ MailCollection indexMaildir(const URL& url, const Cancelled& cancelled, const Pr
             const URL file = URL::file(path + '/' + item->d_name);
             if (!index.append(maildirEntry(index.count(), file, cancelled))) {
                 index.deliver();
-                return std::move(index).collection("Maildir");
+                return std::move(index).collection(std::string(SourceKinds::maildir));
             }
         }
     }
     if (!anyMessage) throw MailError(MailError::unsupported);
     if (cancelled()) throw MailError(MailError::cancelled);
     index.deliver();
-    return std::move(index).collection("Maildir");
+    return std::move(index).collection(std::string(SourceKinds::maildir));
 }
 
 } // namespace MailCore::MailReader

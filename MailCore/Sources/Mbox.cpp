@@ -2,6 +2,7 @@
 
 #include "MailCore/Dates/DateNames.h"
 #include "MailCore/Model/MailError.h"
+#include "MailCore/Model/SourceKinds.h"
 #include "MailCore/Platform/Text.h"
 #include "MailCore/Platform/UTF8.h"
 #include "MailCore/Sources/HeaderBlock.h"
@@ -143,7 +144,7 @@ MailCollection indexMbox(const URL& url, const Cancelled& cancelled, const Progr
     if (cancelled()) throw MailError(MailError::cancelled);
     requireUnchanged(handle, revision);
     index.deliver();
-    return std::move(index).collection("MBOX");
+    return std::move(index).collection(std::string(SourceKinds::mbox));
 }
 
 } // namespace MailCore::MailReader

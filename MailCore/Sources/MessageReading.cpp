@@ -1,8 +1,6 @@
-#include "MailCore/MIME/MIME.h"
 #include "MailCore/Model/Limits.h"
 #include "MailCore/Model/MailError.h"
-#include "MailCore/Outlook/Outlook.h"
-#include "MailCore/Platform/Text.h"
+#include "MailCore/Sources/Decoding.h"
 #include "MailCore/Sources/MailReader.h"
 
 namespace MailCore::MailReader {
@@ -24,16 +22,12 @@ Bytes source(const MessageEntry& entry, const Cancelled& cancelled) {
 
 MailMessage message(const MessageEntry& entry, const Cancelled& cancelled) {
     const Bytes data = source(entry, cancelled);
-    const std::string extension = Text::lowered(entry.file.pathExtension());
-    MailMessage message = Outlook::isExtension(extension) ? Outlook::parse(data)
-                                                          : MIME::parse(emlx(data, extension), cancelled);
-    if (cancelled()) throw MailError(MailError::cancelled);
-    return message;
+    return decoded(data, SourceKinds::formatIn(entry.file), cancelled);
 }
 
 Bytes original(const MessageEntry& entry) {
     Bytes data = source(entry, never);
-    const ByteView payload = emlx(data, Text::lowered(entry.file.pathExtension()));
+    const ByteView payload = unframed(data, SourceKinds::formatIn(entry.file));
     if (payload.size() == data.size()) return data;
     return copyOf(payload);
 }

@@ -2,9 +2,8 @@
 
 #include "MailCore/Model/Limits.h"
 #include "MailCore/Model/MailError.h"
-#include "MailCore/Outlook/Outlook.h"
-#include "MailCore/Platform/Text.h"
-#include "MailCore/Sources/MailReader.h"
+#include "MailCore/Sources/Decoding.h"
+#include "MailCore/Sources/SourceFile.h"
 
 #include <algorithm>
 #include <utility>
@@ -20,18 +19,7 @@ constexpr std::size_t smallMessage = 32'768;
 
 MIME::Texts TextReader::texts(const MessageEntry& entry) {
     const ByteView data = range(entry);
-    MIME::Texts texts;
-    if (Outlook::isExtension(extension_)) {
-        MailMessage message = Outlook::parse(data);
-        texts = {.to = std::move(message.to),
-                 .cc = std::move(message.cc),
-                 .plain = std::move(message.plain),
-                 .html = std::move(message.html)};
-    } else {
-        texts = MIME::texts(emlx(data, extension_), cancelled_);
-    }
-    if (cancelled_()) throw MailError(MailError::cancelled);
-    return texts;
+    return decodedTexts(data, format_, cancelled_);
 }
 
 /// The bytes of the entry's range, from a file that is proven to be the one that was indexed; good until the
@@ -67,7 +55,7 @@ void TextReader::open(const MessageEntry& entry) {
     FileHandle handle = openSource(entry.file);
     const FileRevision revision = FileRevision::capture(handle);
     if (entry.revision && revision != *entry.revision) throw MailError(MailError::sourceChanged);
-    if (entry.file != file_ || extension_.empty()) extension_ = Text::lowered(entry.file.pathExtension());
+    if (entry.file != file_) format_ = SourceKinds::formatIn(entry.file);
     file_ = entry.file;
     revision_ = revision;
     handle_ = std::move(handle);

@@ -3,9 +3,8 @@
 #include "MailCore/MIME/MIME.h"
 #include "MailCore/Model/Cancelled.h"
 #include "MailCore/Model/MessageEntry.h"
+#include "MailCore/Model/SourceKinds.h"
 #include "MailCore/Platform/FileHandle.h"
-
-#include <string>
 
 namespace MailCore::MailReader {
 
@@ -32,8 +31,8 @@ private:
 
     const Cancelled& cancelled_;
     FileHandle handle_;
-    URL file_;              // the open file
-    std::string extension_; // in lower case
+    URL file_; // the open file
+    MessageFormat format_ = MessageFormat::mime;
     FileRevision revision_;
     Bytes buffer_; // what was read last: `filled_` bytes of the open file from `start_` on
     ByteOffset start_ = 0;

@@ -4,7 +4,7 @@
 #include "TesselMail/Model/AppModel.h"
 
 #include "MailCore/Model/Limits.h"
-#include "MailCore/Sources/MailReader.h"
+#include "MailCore/Model/SourceKinds.h"
 
 #include <fmt/format.h>
 #include <glib.h>
@@ -267,14 +267,16 @@ void AppModel::chooseFolder() {
 
 Task AppModel::choose(std::shared_ptr<AppModel> self, OpenPanel::Kind kind) {
     const Preferences& preferences = self->preferences_;
-    OpenPanel panel{
-        .kind = kind,
-        .title = preferences.text(Texts::openTitle),
-        .accept = preferences.text(Texts::openPrompt),
-        .cancel = preferences.text(Texts::cancel),
-        .filterName = preferences.text(Texts::mailFiles),
-        .everyName = preferences.text(Texts::allFiles),
-        .extensions = {MailCore::MailReader::extensions.begin(), MailCore::MailReader::extensions.end()}};
+    OpenPanel panel{.kind = kind,
+                    .title = preferences.text(Texts::openTitle),
+                    .accept = preferences.text(Texts::openPrompt),
+                    .cancel = preferences.text(Texts::cancel),
+                    .filterName = preferences.text(Texts::mailFiles),
+                    .everyName = preferences.text(Texts::allFiles),
+                    .extensions = {},
+                    .names = {std::string(MailCore::SourceKinds::mailboxFile)}};
+    for (const MailCore::SourceKind& source : MailCore::SourceKinds::all)
+        panel.extensions.emplace_back(source.extension);
     std::vector<URL> chosen = co_await self->panels_.open(std::move(panel));
     self->open(chosen);
 }

@@ -4,7 +4,7 @@
 #include "MailCore/Model/Limits.h"
 #include "MailCore/Model/MailError.h"
 #include "MailCore/Model/SafeFilename.h"
-#include "MailCore/Platform/Text.h"
+#include "MailCore/Model/SourceKinds.h"
 #include "MailCore/Sources/MailReader.h"
 
 #include <algorithm>
@@ -21,9 +21,12 @@ using MailCore::URL;
 namespace {
 
 std::string proposedName(const MailCore::MessageEntry& entry) {
-    const std::string extension = MailCore::Text::lowered(entry.file.pathExtension());
-    if (extension == "msg" || extension == "oft") return entry.file.lastPathComponent();
-    return MailCore::safeFilename(entry.subject.empty() ? "Message" : entry.subject.view()) + ".eml";
+    namespace Kinds = MailCore::SourceKinds;
+    if (Kinds::formatIn(entry.file) == MailCore::MessageFormat::outlook)
+        return entry.file.lastPathComponent();
+    return MailCore::safeFilename(entry.subject.empty() ? "Message" : entry.subject.view())
+        .append(".")
+        .append(Kinds::originalExtension);
 }
 
 SavePanel savePanel(const Preferences& preferences, const Text& title, std::string name) {

@@ -1,11 +1,10 @@
 #include "TesselMail/Model/ArchiveWork.h"
 
-#include "MailCore/MIME/MIME.h"
 #include "MailCore/Model/MailError.h"
-#include "MailCore/Outlook/Outlook.h"
-#include "MailCore/Platform/Text.h"
+#include "MailCore/Model/SourceKinds.h"
 #include "MailCore/Rendering/SafeHTML.h"
 #include "MailCore/Search/MailSearch.h"
+#include "MailCore/Sources/Decoding.h"
 #include "MailCore/Sources/MailReader.h"
 #include "TesselMail/Model/ApplicationID.h"
 #include "TesselMail/Platform/InterfaceThread.h"
@@ -84,16 +83,12 @@ ReadMessage readable(MailCore::MailMessage message) {
     return {std::move(shared), std::move(rendered)};
 }
 
-bool isOutlook(const MailCore::MailAttachment& attachment) {
-    return MailCore::Text::lowered(attachment.type) == "application/vnd.ms-outlook" ||
-           MailCore::Outlook::isExtension(MailCore::Text::lowered(MailCore::pathExtension(attachment.name)));
-}
-
 MailCore::MailMessage attachedMessage(const MailCore::MailAttachment& attachment,
                                       const CancellationToken& token) {
     if (!attachment.embedded.empty()) return attachment.embedded.front();
-    if (isOutlook(attachment)) return MailCore::Outlook::parse(attachment.bytes);
-    return MailCore::MIME::parse(attachment.bytes, cancelledBy(token));
+    const auto format = MailCore::SourceKinds::formatOfAttachment(attachment.type, attachment.name);
+    return MailCore::MailReader::decoded(attachment.bytes, format.value_or(MailCore::MessageFormat::mime),
+                                         cancelledBy(token));
 }
 
 // The error numbers behind GLib's own names for them.

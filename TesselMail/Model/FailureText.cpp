@@ -1,6 +1,7 @@
 #include "TesselMail/Model/FailureText.h"
 
 #include "MailCore/Model/MailError.h"
+#include "MailCore/Model/SourceKinds.h"
 #include "MailCore/Platform/FileHandle.h"
 #include "TesselMail/Model/ErrorText.h"
 
@@ -51,7 +52,7 @@ int refusalOf(const std::string& path) {
 
 // What keeps the messages of a folder from being read; a folder need not hold all of these.
 const Text* causeInFolder(const std::string& path, const MailError& error) {
-    const std::string archive = path + "/mbox";
+    const std::string archive = path + "/" + std::string(MailCore::SourceKinds::mailboxFile);
     struct stat status {};
     if (::lstat(archive.c_str(), &status) == 0 || error == MailError(MailError::malformed))
         return causeOf(FailedWork::Kind::reading, refusalOf(archive)) == &Texts::mayNotRead

@@ -3,7 +3,7 @@
 #include "MailCore/Dates/MailDate.h"
 #include "MailCore/Model/Limits.h"
 #include "MailCore/Model/SafeFilename.h"
-#include "MailCore/Platform/Text.h"
+#include "MailCore/Model/SourceKinds.h"
 
 #include <glib.h>
 
@@ -21,10 +21,12 @@ namespace {
 constexpr std::size_t memoryMessages = 20;
 
 std::string presumedKind(const URL& url) {
-    const std::string extension = MailCore::Text::lowered(url.pathExtension());
-    if (extension == "mbox" || extension == "mbx" || extension == "mbo") return "MBOX";
-    if (extension.empty() || g_file_test(url.path().c_str(), G_FILE_TEST_IS_DIR)) return "Maildir";
-    return MailCore::Text::uppered(extension);
+    namespace Kinds = MailCore::SourceKinds;
+    const MailCore::SourceKind* const kind = Kinds::of(url);
+    if (kind && kind->isArchive) return std::string(kind->name);
+    const bool isFolder = url.pathExtension().empty() || g_file_test(url.path().c_str(), G_FILE_TEST_IS_DIR);
+    if (isFolder) return std::string(Kinds::maildir);
+    return kind ? std::string(kind->name) : std::string(); // which nothing will be listed for
 }
 
 // An address that leads to no file and is different from all others.
@@ -121,7 +123,7 @@ OpenSources::CollectionID OpenSources::add(const SharedAttachment& attachment, A
     const MailCore::MailMessage& decoded = *content.message;
     MailCollection collection;
     collection.url = memoryURL(attachment->name);
-    collection.kind = "Message";
+    collection.kind = MailCore::SourceKinds::attached;
     collection.entries.push_back(std::make_shared<const MailCore::MessageEntry>(
         MailCore::MessageEntry{.id = 0,
                                .subject = decoded.subject,

@@ -19,6 +19,7 @@ struct OpenPanel {
     std::string filterName;              // shown for the files that are offered
     std::string everyName;               // shown for all files
     std::vector<std::string> extensions; // of those files, in lower case; folders ignore it
+    std::vector<std::string> names;      // of further ones that have no extension
 };
 
 /// What a panel for saving asks for.

@@ -14,8 +14,7 @@ Glib::RefPtr<Gtk::FileFilter> filterOf(const OpenPanel& panel) {
     const auto filter = Gtk::FileFilter::create();
     filter->set_name(panel.filterName);
     for (const std::string& extension : panel.extensions) filter->add_suffix(extension);
-    // A folder's own mailbox is a file without an extension.
-    filter->add_pattern("mbox");
+    for (const std::string& name : panel.names) filter->add_pattern(name);
     return filter;
 }
 

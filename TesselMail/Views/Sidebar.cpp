@@ -1,5 +1,6 @@
 #include "TesselMail/Views/Sidebar.h"
 
+#include "MailCore/Model/SourceKinds.h"
 #include "TesselMail/Views/DisplayText.h"
 #include "TesselMail/Views/MainMenu.h"
 
@@ -44,7 +45,7 @@ public:
     AppModel::CollectionID id() const noexcept { return id_; }
 
     void show(const MailCore::MailCollection& collection, const Preferences& preferences) {
-        const bool archive = collection.kind == "MBOX" || collection.kind == "Maildir";
+        const bool archive = MailCore::SourceKinds::holdsMany(collection.kind);
         icon_.set_from_icon_name(archive ? "package-x-generic-symbolic" : "mail-unread-symbolic");
         const std::string name = displayedName(collection.url);
         const std::string count =
