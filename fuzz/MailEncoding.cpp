@@ -14,7 +14,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     const Bytes bytes = copyOf(rest);
     const std::string text = MailEncoding::decode(bytes, label);
     checkText(text);
-    check(text == MIME::decode(bytes, " " + label + "\t"));
+    check(text == MailEncoding::decode(bytes, " " + label + "\t"));
     // No charset makes more than a few code points of a byte.
     check(text.size() <= 64 * bytes.size() + 64);
     return 0;

@@ -42,7 +42,7 @@ void checkMessage(const MailMessage& message, int depth, Tally& tally) {
     // A character that the cut splits becomes one of three bytes.
     for (const std::string* body : {&message.plain, &message.html})
         check(body->size() <= static_cast<std::size_t>(Limits::rendered) + 2);
-    check(message.date == MIME::value("Date", message.headers) || MailDate::timestamp(message.date));
+    check(message.date == MIME::headerValue("Date", message.headers) || MailDate::timestamp(message.date));
     for (const MailAttachment& attachment : message.attachments) checkAttachment(attachment, depth, tally);
 }
 

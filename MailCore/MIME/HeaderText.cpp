@@ -4,9 +4,7 @@
 #include "MailCore/MIME/HeaderScanner.h"
 #include "MailCore/MIME/MailEncoding.h"
 #include "MailCore/MIME/QuotedPrintable.h"
-#include "MailCore/Model/Limits.h"
 #include "MailCore/Platform/Text.h"
-#include "MailCore/Platform/UTF8.h"
 
 #include <algorithm>
 
@@ -75,22 +73,7 @@ std::string headerText(std::string_view value) {
     return joiner.finish();
 }
 
-void append(std::string_view text, std::string& target, std::string_view separator) {
-    const std::int64_t room = Limits::rendered - static_cast<std::int64_t>(target.size()) -
-                              static_cast<std::int64_t>(separator.size());
-    if (room < 1) return;
-    if (!target.empty()) target += separator;
-    const auto limit = static_cast<std::size_t>(room);
-    if (text.size() <= limit) {
-        target += text;
-        return;
-    }
-    const std::size_t end = Text::codePointStart(text, limit); // of the one that does not fit whole
-    target += text.substr(0, end);
-    if (end < limit) target += Text::replacement;
-}
-
-std::string_view value(std::string_view name, std::span<const Header> headers) noexcept {
+std::string_view headerValue(std::string_view name, std::span<const Header> headers) noexcept {
     const auto found = std::ranges::find_if(
         headers, [name](const Header& header) { return Text::equalsIgnoringCase(header.name, name); });
     return found == headers.end() ? std::string_view() : std::string_view(found->value);

@@ -15,12 +15,8 @@ namespace MailCore::MIME {
 /// stays.
 [[nodiscard]] std::string headerText(std::string_view value);
 
-/// Grows `target` by `separator`, unless it is empty, and by as much of `text` as keeps it within
-/// Limits::rendered bytes; does nothing when not even one byte would fit. U+FFFD stands for a character cut
-/// at the end and may exceed the limit by two bytes.
-void append(std::string_view text, std::string& target, std::string_view separator);
 /// The value of the first header of that name (ASCII case ignored), untouched; empty when there is none.
 /// Points into `headers`.
-[[nodiscard]] std::string_view value(std::string_view name, std::span<const Header> headers) noexcept;
+[[nodiscard]] std::string_view headerValue(std::string_view name, std::span<const Header> headers) noexcept;
 
 } // namespace MailCore::MIME

@@ -1,28 +1,15 @@
 #pragma once
 
+#include "MailCore/MIME/Entity.h"
 #include "MailCore/Model/Cancelled.h"
 #include "MailCore/Model/MailMessage.h"
 #include "MailCore/Platform/Bytes.h"
 
 #include <cstdint>
 #include <string>
-#include <vector>
 
 /// Internet messages (RFC 5322) and their parts (RFC 2045, RFC 2046).
 namespace MailCore::MIME {
-
-/// The two halves of an entity.
-struct Split {
-    std::vector<Header> headers;
-    ByteView body; // points into the entity
-};
-
-/// Cuts an entity into header fields and body (RFC 5322 §2.1, unfolding §2.2.3).
-/// `entity` is a message or a part as stored, with CRLF or LF line ends. Fields keep order, case and
-/// duplicates; values are unfolded and trimmed, their encoded words untouched. `body` is empty when no blank
-/// line ends the headers. Reads at most Limits::headers bytes as headers and keeps 2,000 fields; the rest is
-/// dropped, as are lines that are no fields. Bytes that are not UTF-8 become U+FFFD; nothing is thrown.
-[[nodiscard]] Split split(ByteView entity);
 
 /// Decodes one message. `data` is the message as stored. Texts that are sent as files, and everything that is
 /// no text, become attachments; attached messages are not looked into.

@@ -84,9 +84,4 @@ std::optional<std::string> charset(std::optional<std::uint64_t> codepage) {
 }
 
 } // namespace MailEncoding
-
-std::string MIME::decode(ByteView bytes, std::string_view charset) {
-    return MailEncoding::decode(bytes, charset);
-}
-
 } // namespace MailCore

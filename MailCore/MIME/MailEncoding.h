@@ -7,10 +7,8 @@
 #include <string>
 #include <string_view>
 
-namespace MailCore {
-
 /// Bytes in a declared character set become text. Nothing here fails: U+FFFD stands where bytes mean nothing.
-namespace MailEncoding {
+namespace MailCore::MailEncoding {
 
 /// `bytes` as the charset label says, which is any text a message had for it (case and white space around it
 /// do not matter; empty means UTF-8). Of a label that nobody knows, or of 80 bytes and more, the bytes are
@@ -20,12 +18,4 @@ namespace MailEncoding {
 /// The charset label of a Windows code page number; absent for none or 0.
 [[nodiscard]] std::optional<std::string> charset(std::optional<std::uint64_t> codepage);
 
-} // namespace MailEncoding
-
-namespace MIME {
-
-/// The same as MailEncoding::decode.
-[[nodiscard]] std::string decode(ByteView bytes, std::string_view charset);
-
-} // namespace MIME
-} // namespace MailCore
+} // namespace MailCore::MailEncoding

@@ -55,7 +55,8 @@ std::optional<std::string> continuedName(std::string_view base, const Parameters
         }
     }
     if (index == 0) return std::nullopt;
-    return extended ? extendedParameter(joined) : headerText(decode(percentBytes(joined), "utf-8"));
+    return extended ? extendedParameter(joined)
+                    : headerText(MailEncoding::decode(percentBytes(joined), "utf-8"));
 }
 
 /// The name in one structured value; the forms of RFC 2231 come before the plain ones, whatever their key.
@@ -114,13 +115,13 @@ std::string extendedParameter(std::string_view text) {
     const std::size_t charsetEnd = text.find('\'');
     const std::size_t languageEnd =
         charsetEnd == std::string_view::npos ? charsetEnd : text.find('\'', charsetEnd + 1);
-    if (languageEnd == std::string_view::npos) return decode(percentBytes(text), "utf-8");
-    return decode(percentBytes(text.substr(languageEnd + 1)), text.substr(0, charsetEnd));
+    if (languageEnd == std::string_view::npos) return MailEncoding::decode(percentBytes(text), "utf-8");
+    return MailEncoding::decode(percentBytes(text.substr(languageEnd + 1)), text.substr(0, charsetEnd));
 }
 
 std::string filename(std::span<const Header> headers) {
     for (const std::string_view source : {"Content-Disposition", "Content-Type"}) {
-        if (const auto name = nameIn(value(source, headers))) return safeFilename(*name);
+        if (const auto name = nameIn(headerValue(source, headers))) return safeFilename(*name);
     }
     return "";
 }

@@ -109,8 +109,8 @@ public:
         message.plain = string("1000", prefix_, bodyCharset_);
         message.html = html();
         if (message.subject.empty())
-            message.subject = MIME::headerText(MIME::value("Subject", message.headers));
-        if (message.from.empty()) message.from = MIME::headerText(MIME::value("From", message.headers));
+            message.subject = MIME::headerText(MIME::headerValue("Subject", message.headers));
+        if (message.from.empty()) message.from = MIME::headerText(MIME::headerValue("From", message.headers));
         message.date = date(message.headers);
         const std::vector<std::string> children = this->children();
         if (message.to.empty() || message.cc.empty()) addRecipients(message, children);
@@ -158,7 +158,7 @@ private:
     }
 
     std::string date(std::span<const Header> headers) const {
-        std::string written(MIME::value("Date", headers));
+        std::string written(MIME::headerValue("Date", headers));
         if (MailDate::timestamp(written)) return written;
         const std::optional<std::uint64_t> submitted = properties_[submitTime];
         const std::uint64_t time = submitted ? *submitted : properties_[deliveryTime].value_or(0);

@@ -1,6 +1,6 @@
 #include "MailCore/Sources/HeaderBlock.h"
 
-#include "MailCore/MIME/MIME.h"
+#include "MailCore/MIME/Entity.h"
 #include "MailCore/Model/Limits.h"
 
 namespace MailCore::MailReader {

@@ -18,9 +18,9 @@ EntryText decoded(std::string_view value, std::size_t limit) {
 }
 
 std::string recipients(std::span<const Header> fields) {
-    std::string joined(MIME::value("To", fields));
-    joined.append(" ").append(MIME::value("Cc", fields));
-    joined.append(" ").append(MIME::value("Bcc", fields));
+    std::string joined(MIME::headerValue("To", fields));
+    joined.append(" ").append(MIME::headerValue("Cc", fields));
+    joined.append(" ").append(MIME::headerValue("Bcc", fields));
     return joined;
 }
 
@@ -28,11 +28,11 @@ std::string recipients(std::span<const Header> fields) {
 
 MessageEntry indexEntry(std::int64_t id, std::span<const Header> fields, const MessageRange& range,
                         const URL& file, const FileRevision& revision) {
-    const std::string_view date = MIME::value("Date", fields);
+    const std::string_view date = MIME::headerValue("Date", fields);
     return {
         .id = id,
-        .subject = decoded(MIME::value("Subject", fields), mostSubjectCharacters),
-        .from = decoded(MIME::value("From", fields), mostSenderCharacters),
+        .subject = decoded(MIME::headerValue("Subject", fields), mostSubjectCharacters),
+        .from = decoded(MIME::headerValue("From", fields), mostSenderCharacters),
         .date = Text::prefix(date, mostDateCharacters),
         .offset = range.offset,
         .length = range.length,

@@ -37,28 +37,8 @@ TEST(HeaderText, DecodesEncodedWords) {
     }
 }
 
-TEST(Append, StopsAtTheLargestBody) {
-    constexpr std::size_t limit = 4'194'304;
-    std::string target;
-    MIME::append("", target, "\n");
-    EXPECT_EQ(target, "");
-    MIME::append("a", target, "\n");
-    MIME::append("", target, "\n");
-    EXPECT_EQ(target, "a\n");
-
-    std::string whole;
-    MIME::append(std::string(limit + 1'000, 'x'), whole, "");
-    EXPECT_EQ(whole.size(), limit);
-    MIME::append("y", whole, "\n");
-    EXPECT_EQ(whole.size(), limit);
-
-    std::string separated; // room for the separator is kept even when the target is empty
-    MIME::append(std::string(limit, 'x'), separated, "\n\n");
-    EXPECT_EQ(separated.size(), limit - 2);
-    MIME::append("y", separated, "\n\n");
-    EXPECT_EQ(separated.size(), limit - 2);
-
-    std::string cut(limit - 3, 'x');
-    MIME::append("aé", cut, "\n");
-    EXPECT_TRUE(cut.ends_with("x\na\uFFFD"));
+TEST(HeaderText, IsFoundByItsNameInAnyCase) {
+    const std::vector<Header> headers{{"TO", "first"}, {"To", "second"}};
+    EXPECT_EQ(MIME::headerValue("to", headers), "first");
+    EXPECT_EQ(MIME::headerValue("Cc", headers), "");
 }

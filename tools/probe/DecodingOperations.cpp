@@ -3,6 +3,7 @@
 
 #include "MailCore/Dates/MailDate.h"
 #include "MailCore/MIME/Base64.h"
+#include "MailCore/MIME/Bodies.h"
 #include "MailCore/MIME/DecodeHTML.h"
 #include "MailCore/MIME/HeaderText.h"
 #include "MailCore/MIME/MIME.h"
@@ -34,7 +35,7 @@ Json parameters(const Json& request) {
 
 Json appended(const Json& request) {
     std::string target = text(request, "target");
-    MIME::append(text(request, "text"), target, text(request, "separator"));
+    MIME::appendText(text(request, "text"), target, text(request, "separator"));
     return target;
 }
 
