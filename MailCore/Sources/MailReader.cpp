@@ -79,17 +79,25 @@ MailCollection collection(const URL& url, const Cancelled& cancelled, const Prog
     return indexSingleMessage(url, *kind, cancelled, progress, limits, batch);
 }
 
-bool isCurrent(const MailCollection& collection) {
+SharedEntry entryOfProof(const MailCollection& collection) {
     if (collection.kind == SourceKinds::maildir || collection.isIndexing || collection.indexInterrupted ||
         collection.indexLimitReached || collection.entries.empty())
-        return false;
-    const MessageEntry& first = *collection.entries.front();
-    if (!first.revision) return false;
+        return nullptr;
+    return collection.entries.front();
+}
+
+bool isCurrent(const MessageEntry& proof) {
+    if (!proof.revision) return false;
     try {
-        return FileRevision::capture(openSource(first.file)) == *first.revision;
+        return FileRevision::capture(openSource(proof.file)) == *proof.revision;
     } catch (const MailError&) {
         return false;
     }
+}
+
+bool isCurrent(const MailCollection& collection) {
+    const SharedEntry proof = entryOfProof(collection);
+    return proof && isCurrent(*proof);
 }
 
 } // namespace MailCore::MailReader

@@ -25,8 +25,12 @@ using Batch = std::function<void(std::span<const SharedEntry>)>;
 MailCollection collection(const URL& url, const Cancelled& cancelled, const Progress& progress,
                           const IndexLimits& limits, const Batch& batch);
 
-/// Whether `collection` may be used again without indexing: it is complete, no Maildir, and the file of its
-/// first entry has not changed.
+/// The entry whose file, unchanged, proves that `collection` may be used again without indexing: the first
+/// one. Null when nothing proves that: of a Maildir, and of a collection that is not complete.
+SharedEntry entryOfProof(const MailCollection& collection);
+/// Whether the file of such an entry has not changed.
+bool isCurrent(const MessageEntry& proof);
+/// Both: whether `collection` may be used again without indexing.
 bool isCurrent(const MailCollection& collection);
 
 /// Reads and decodes the message of `entry`. Throws MailError::tooLarge above Limits::message, sourceChanged

@@ -5,6 +5,7 @@
 
 #include "MailCore/Model/Limits.h"
 #include "MailCore/Model/SourceKinds.h"
+#include "MailCore/Sources/MailReader.h"
 
 #include <fmt/format.h>
 #include <glib.h>
@@ -29,20 +30,6 @@ std::vector<URL> distinctFiles(const std::vector<URL>& urls) {
     for (const URL& url : urls)
         if (url.isFile() && seen.insert(url).second) files.push_back(url);
     return files;
-}
-
-// What a check for changes looks at, without the other 200,000 handles.
-MailCollection withFirstEntry(const MailCollection& collection) {
-    MailCollection result{.id = collection.id,
-                          .url = collection.url,
-                          .entries = {},
-                          .kind = collection.kind,
-                          .isIndexing = collection.isIndexing,
-                          .indexInterrupted = collection.indexInterrupted,
-                          .indexLimitReached = collection.indexLimitReached,
-                          .metadataBytes = collection.metadataBytes};
-    if (!collection.entries.empty()) result.entries.push_back(collection.entries.front());
-    return result;
 }
 
 // What a file is called in a notice. A name cannot begin another notice, nor turn the sentence around.
@@ -131,13 +118,13 @@ Task AppModel::openAll(std::shared_ptr<AppModel> self, Run run) {
         if (run.token->isStopped()) break;
 
         if (const MailCollection* const opened = self->sources_.find(scope->url)) {
-            const auto snapshot = std::make_shared<const MailCollection>(withFirstEntry(*opened));
-            auto current = co_await ArchiveWork::isCurrent(snapshot, scope, run.token).outcome();
+            const CollectionID id = opened->id;
+            const MailCore::SharedEntry proof = MailCore::MailReader::entryOfProof(*opened);
+            auto current = co_await ArchiveWork::isCurrent(proof, scope, run.token).outcome();
             if (run.token->isStopped()) break;
             if (current && std::move(current).take()) { // what fails here fails in indexing, which says so
                 const Changing changing(self->changes_);
-                if (self->takesSelection(run, scope) && self->sources_.find(snapshot->id))
-                    self->selectCollection(snapshot->id);
+                if (self->takesSelection(run, scope) && self->sources_.find(id)) self->selectCollection(id);
                 continue;
             }
         }

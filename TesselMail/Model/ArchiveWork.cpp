@@ -131,11 +131,10 @@ Later<MailCore::MailCollection> index(MailFileScope scope, MailCore::IndexLimits
     });
 }
 
-Later<bool> isCurrent(std::shared_ptr<const MailCore::MailCollection> collection, MailFileScope scope,
-                      CancellationToken token) {
-    return on<bool>(&Queues::indexing, [collection, scope, token] {
+Later<bool> isCurrent(MailCore::SharedEntry proof, MailFileScope scope, CancellationToken token) {
+    return on<bool>(&Queues::indexing, [proof, scope, token] {
         try {
-            return !token->isStopped() && MailCore::MailReader::isCurrent(*collection);
+            return proof && !token->isStopped() && MailCore::MailReader::isCurrent(*proof);
         } catch (const std::exception&) {
             return false; // what cannot be looked at is indexed again, which tells why
         }

@@ -33,9 +33,9 @@ using SharedList = std::shared_ptr<const MailCore::EntryList>;
 Later<MailCore::MailCollection> index(MailFileScope scope, MailCore::IndexLimits limits,
                                       CancellationToken token, std::shared_ptr<IndexDelivery> delivery);
 
-/// Whether the collection's file is still what was indexed; false once the token is stopped. Never throws.
-Later<bool> isCurrent(std::shared_ptr<const MailCore::MailCollection> collection, MailFileScope scope,
-                      CancellationToken token);
+/// Whether the file of `proof`, the entry that stands for its collection, is still what was indexed; false
+/// for null and once the token is stopped. Never throws.
+Later<bool> isCurrent(MailCore::SharedEntry proof, MailFileScope scope, CancellationToken token);
 
 /// Reads, decodes and renders one message. `scope` may be null.
 Later<ReadMessage> read(MailCore::SharedEntry entry, MailFileScope scope, CancellationToken token);

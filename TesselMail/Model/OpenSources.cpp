@@ -94,10 +94,9 @@ MailCore::EntryList OpenSources::finish(MailCollection result, const MailFileSco
     indexing_.reset();
     result.isIndexing = false;
     if (MailCollection* const listed = edit(result.id)) {
-        listed->isIndexing = false;
-        listed->kind = std::move(result.kind);
-        listed->indexLimitReached = result.indexLimitReached;
-        ArchiveWork::release(std::make_shared<const MailCore::EntryList>(std::move(result.entries)));
+        // What has arrived is the same entries in a list of its own.
+        ArchiveWork::release(std::make_shared<const MailCore::EntryList>(std::move(listed->entries)));
+        *listed = std::move(result);
         return {};
     }
     MailCore::EntryList arrived = result.entries;

@@ -72,9 +72,9 @@ TEST_F(Work, DoesNothingForAStoppedToken) {
     EXPECT_EQ(outcomeOf(ArchiveWork::read(missing, nullptr, stopped())), "cancelled");
     EXPECT_EQ(outcomeOf(ArchiveWork::attachment(attachment, stopped())), "cancelled");
     EXPECT_EQ(outcomeOf(ArchiveWork::search({entry(0)}, "", true, {}, stopped())), "cancelled");
-    EXPECT_EQ(outcomeOf(ArchiveWork::isCurrent(std::make_shared<const MailCore::MailCollection>(), scope,
-                                               stopped())),
-              "done");
+    EXPECT_EQ(
+        outcomeOf(ArchiveWork::isCurrent(std::make_shared<const MailCore::MessageEntry>(), scope, stopped())),
+        "done");
 }
 
 TEST_F(Work, DecodesAnAttachedMessageByWhatItCarries) {
