@@ -20,7 +20,7 @@ void checkBody(std::string_view body) {
 
 /// What a search sees is what the reader sees, or fails in the same way.
 void checkTexts(ByteView data) {
-    std::optional<MIME::Texts> expected;
+    std::optional<MIME::SearchedTexts> expected;
     std::optional<MailError> failure;
     try {
         MailMessage parsed = MIME::parse(data, never);

@@ -116,7 +116,7 @@ MailMessage parse(ByteView data, const Cancelled& cancelled) {
     return message;
 }
 
-Texts texts(ByteView data, const Cancelled& cancelled) {
+SearchedTexts texts(ByteView data, const Cancelled& cancelled) {
     const Split halves = splitMessage(data, Wanted::texts, cancelled);
     MailMessage message;
     addContents(data, halves, message, Wanted::texts, cancelled);

@@ -19,17 +19,17 @@ namespace MailCore::MIME {
 [[nodiscard]] MailMessage parse(ByteView data, const Cancelled& cancelled);
 
 /// What a search looks at in a message; the fields of MailMessage that have these names.
-struct Texts {
+struct SearchedTexts {
     std::string to;
     std::string cc;
     std::string plain;
     std::string html;
-    bool operator==(const Texts&) const = default;
+    bool operator==(const SearchedTexts&) const = default;
 };
 
 /// Decodes the texts of one message, and nothing of its attachments. Gives what `parse` gives and throws what
 /// it throws, but looks at `cancelled` only once in 128 KiB of a part.
-[[nodiscard]] Texts texts(ByteView data, const Cancelled& cancelled);
+[[nodiscard]] SearchedTexts texts(ByteView data, const Cancelled& cancelled);
 
 /// Adds what the entity at nesting level `depth` contains to `message`: bodies and attachments. `count`
 /// parts have been visited in the whole message and `budget` bytes may still be; both are brought up to date.

@@ -28,7 +28,7 @@ bool isIn(const MessageEntry& entry, TextQuery& query) {
     return query.isIn(entry.subject) || query.isIn(entry.from) || query.isIn(entry.recipients);
 }
 
-bool isIn(const MIME::Texts& texts, TextQuery& query) {
+bool isIn(const MIME::SearchedTexts& texts, TextQuery& query) {
     return query.isIn(texts.to) || query.isIn(texts.cc) || query.isIn(texts.plain) ||
            (!texts.html.empty() && query.isIn(SafeHTML::searchableText(texts.html)));
 }

@@ -15,8 +15,8 @@ MailMessage decoded(ByteView data, MessageFormat format, const Cancelled& cancel
     return message;
 }
 
-MIME::Texts decodedTexts(ByteView data, MessageFormat format, const Cancelled& cancelled) {
-    MIME::Texts texts;
+MIME::SearchedTexts decodedTexts(ByteView data, MessageFormat format, const Cancelled& cancelled) {
+    MIME::SearchedTexts texts;
     if (format == MessageFormat::outlook) {
         MailMessage message = Outlook::parse(data);
         texts = {.to = std::move(message.to),

@@ -15,7 +15,7 @@ namespace MailCore::MailReader {
 MailMessage decoded(ByteView data, MessageFormat format, const Cancelled& cancelled);
 
 /// What a search looks at in the same message. Throws what `decoded` throws.
-MIME::Texts decodedTexts(ByteView data, MessageFormat format, const Cancelled& cancelled);
+MIME::SearchedTexts decodedTexts(ByteView data, MessageFormat format, const Cancelled& cancelled);
 
 /// The message without the frame its source has around it; points into `data`. Throws MailError::malformed.
 ByteView unframed(ByteView data, MessageFormat format);

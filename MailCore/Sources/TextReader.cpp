@@ -17,7 +17,7 @@ constexpr std::size_t smallMessage = 32'768;
 
 } // namespace
 
-MIME::Texts TextReader::texts(const MessageEntry& entry) {
+MIME::SearchedTexts TextReader::texts(const MessageEntry& entry) {
     const ByteView data = range(entry);
     return decodedTexts(data, format_, cancelled_);
 }

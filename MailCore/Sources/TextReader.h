@@ -18,7 +18,7 @@ public:
     TextReader(Cancelled&&) = delete;
 
     /// The texts of the message of `entry`. Throws what `message` throws for it.
-    MIME::Texts texts(const MessageEntry& entry);
+    MIME::SearchedTexts texts(const MessageEntry& entry);
     /// Proves what was read ahead once more: throws MailError::sourceChanged when another file stands at the
     /// address of the last one by now. Called before anything that was read is told to people.
     void confirm() const;

@@ -129,7 +129,7 @@ public:
     bool selectionTooLarge() const;
     void setShowDetails(bool show);
     /// The reading view reports that it could not show the content tagged `identity`.
-    void readingViewFailed(std::optional<MailCore::UUID> identity, const Text& explanation);
+    void readingViewFailed(std::optional<MailCore::UUID> identity, const Phrase& explanation);
     void dismissError();
     /// Makes this application the one that opens mail links. The answer tells whether that worked.
     Later<bool> becomeMailHandler() { return desktop_.becomeMailHandler(); }

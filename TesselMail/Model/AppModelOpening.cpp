@@ -154,7 +154,7 @@ Task AppModel::openAll(std::shared_ptr<AppModel> self, Run run) {
                 notices.push_back(self->preferences_.text(Texts::freeIndexMemory));
         } else {
             self->sources_.interrupt();
-            const Text text = failureText(indexed.error(), {.source = scope->url}).text;
+            const Phrase text = failureText(indexed.error(), {.source = scope->url}).text;
             notices.push_back(nameOf(scope->url) + ": " + self->preferences_.text(text));
         }
     }

@@ -29,7 +29,7 @@ std::string proposedName(const MailCore::MessageEntry& entry) {
         .append(Kinds::originalExtension);
 }
 
-SavePanel savePanel(const Preferences& preferences, const Text& title, std::string name) {
+SavePanel savePanel(const Preferences& preferences, const Phrase& title, std::string name) {
     return {.name = std::move(name),
             .title = preferences.text(title),
             .accept = preferences.text(Texts::save),
@@ -136,7 +136,7 @@ void AppModel::setShowDetails(bool show) {
     showDetails.set(show);
 }
 
-void AppModel::readingViewFailed(std::optional<MailCore::UUID> identity, const Text& explanation) {
+void AppModel::readingViewFailed(std::optional<MailCore::UUID> identity, const Phrase& explanation) {
     if (identity != *selectionVersion || !*message || *reading) return;
     const Changing changing(changes_);
     readerFailed.set(true);

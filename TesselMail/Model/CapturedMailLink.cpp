@@ -44,7 +44,7 @@ public:
 
     CapturedMailLink mail(const std::string& address) const {
         const MailCore::MailtoCapture capture(address);
-        const auto candidates = std::to_array<std::pair<const Text&, const std::string&>>({
+        const auto candidates = std::to_array<std::pair<const Phrase&, const std::string&>>({
             {Texts::to, capture.to},
             {Texts::cc, capture.cc},
             {Texts::bcc, capture.bcc},
@@ -86,16 +86,16 @@ public:
     }
 
 private:
-    CapturedMailLink panel(const Text& title, std::string_view symbol) const {
+    CapturedMailLink panel(const Phrase& title, std::string_view symbol) const {
         CapturedMailLink link;
         link.title = title.in(chinese_);
         link.symbol = symbol;
         return link;
     }
-    CapturedMailLink::Field field(int id, const Text& label, std::string value) const {
+    CapturedMailLink::Field field(int id, const Phrase& label, std::string value) const {
         return {id, std::string(label.in(chinese_)), std::move(value)};
     }
-    CapturedMailLink copying(CapturedMailLink link, const Text& label, std::string value) const {
+    CapturedMailLink copying(CapturedMailLink link, const Phrase& label, std::string value) const {
         link.copyLabel = label.in(chinese_);
         link.copyValue = std::move(value);
         return link;

@@ -6,7 +6,7 @@ namespace TesselMail {
 
 using MailCore::MailError;
 
-const Text& errorText(const std::exception_ptr& error) {
+const Phrase& errorText(const std::exception_ptr& error) {
     try {
         std::rethrow_exception(error);
     } catch (const MailError& mailError) {

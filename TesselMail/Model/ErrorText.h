@@ -7,6 +7,6 @@
 namespace TesselMail {
 
 /// One sentence for any failure: that of the case of a MailError, or the general one.
-const Text& errorText(const std::exception_ptr& error);
+const Phrase& errorText(const std::exception_ptr& error);
 
 } // namespace TesselMail

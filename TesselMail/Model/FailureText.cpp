@@ -23,7 +23,7 @@ using MailCore::MailError;
 struct Cause {
     FailedWork::Kind kind;
     int number;
-    const Text* text;
+    const Phrase* text;
 };
 
 constexpr auto causes = std::to_array<Cause>({
@@ -38,7 +38,7 @@ constexpr auto causes = std::to_array<Cause>({
     {FailedWork::Kind::saving, EDQUOT, &Texts::diskFull},
 });
 
-const Text* causeOf(FailedWork::Kind kind, int number) {
+const Phrase* causeOf(FailedWork::Kind kind, int number) {
     const auto found = std::ranges::find_if(
         causes, [&](const Cause& cause) { return cause.kind == kind && cause.number == number; });
     return found == causes.end() ? nullptr : found->text;
@@ -51,7 +51,7 @@ int refusalOf(const std::string& path) {
 }
 
 // What keeps the messages of a folder from being read; a folder need not hold all of these.
-const Text* causeInFolder(const std::string& path, const MailError& error) {
+const Phrase* causeInFolder(const std::string& path, const MailError& error) {
     const std::string archive = path + "/" + std::string(MailCore::SourceKinds::mailboxFile);
     struct stat status {};
     if (::lstat(archive.c_str(), &status) == 0 || error == MailError(MailError::malformed))
@@ -65,7 +65,7 @@ const Text* causeInFolder(const std::string& path, const MailError& error) {
 }
 
 // The engine does not say why a source could not be read, so the file system is asked.
-const Text* causeInSource(const FailedWork& work, const MailError& error) {
+const Phrase* causeInSource(const FailedWork& work, const MailError& error) {
     const bool unreadable = error == MailError(MailError::malformed);
     if (!work.source || !work.source->isFile()) return nullptr;
     if (!unreadable && !(error == MailError(MailError::unsupported))) return nullptr;
@@ -79,15 +79,15 @@ const Text* causeInSource(const FailedWork& work, const MailError& error) {
 } // namespace
 
 Failure failureText(const std::exception_ptr& error, const FailedWork& work) {
-    const Text& general = errorText(error);
+    const Phrase& general = errorText(error);
     try {
         std::rethrow_exception(error);
     } catch (const MailError& mailError) {
         if (mailError == MailError(MailError::sourceChanged)) return {general, Remedy::reopen};
-        const Text* const cause = causeInSource(work, mailError);
+        const Phrase* const cause = causeInSource(work, mailError);
         return cause ? Failure{*cause, Remedy::tryAgain} : Failure{general, Remedy::none};
     } catch (const std::system_error& systemError) {
-        const Text* const cause = causeOf(work.kind, systemError.code().value());
+        const Phrase* const cause = causeOf(work.kind, systemError.code().value());
         return {cause ? *cause : general, Remedy::tryAgain};
     } catch (...) {
         return {general, Remedy::tryAgain};

@@ -21,7 +21,7 @@ struct FailedWork {
 
 /// What people are told of a failure.
 struct Failure {
-    Text text;
+    Phrase text;
     Remedy remedy = Remedy::none;
     bool operator==(const Failure&) const = default;
 };

@@ -42,7 +42,7 @@ public:
 
     using OpenLink =
         std::function<void(const std::string& address, MailCore::UUID identity, PageRectangle place)>;
-    using Report = std::function<void(std::optional<MailCore::UUID> identity, const Text& explanation)>;
+    using Report = std::function<void(std::optional<MailCore::UUID> identity, const Phrase& explanation)>;
     using Applied = std::function<void()>;
 
     /// `page` outlives the coordinator, or is never used again after `retire`.

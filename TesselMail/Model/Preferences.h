@@ -35,7 +35,9 @@ public:
     /// The factor by which the reading view scales its text: 1 at 16 points.
     double readingScale() const noexcept { return textSize_ * 0.0625; }
     /// `text` in the interface's language.
-    std::string text(const Text& text) const { return std::string(chinese() ? text.chinese : text.english); }
+    std::string text(const Phrase& text) const {
+        return std::string(chinese() ? text.chinese : text.english);
+    }
 
     /// Emitted after any setting has changed.
     sigc::signal<void()>& signalChanged() noexcept { return changed_; }

@@ -73,7 +73,7 @@ void CaptureView::showTexts() {
                                    preferences.text(Texts::close).c_str(), -1);
     const std::string copy = preferences.text(Texts::copyValue);
     fields_.add(preferences.text(Texts::to), capture->to, copy);
-    for (const auto& [label, value] : {std::pair<const Text&, const std::string&>{Texts::cc, capture->cc},
+    for (const auto& [label, value] : {std::pair<const Phrase&, const std::string&>{Texts::cc, capture->cc},
                                        {Texts::bcc, capture->bcc},
                                        {Texts::subject, capture->subject}})
         if (!value.empty()) fields_.add(preferences.text(label), value, copy);

@@ -56,7 +56,7 @@ MailWebView::MailWebView(AppModel& model, std::string rulesFolder)
           [this](const std::string& address, MailCore::UUID, PageRectangle place) {
               showLink(address, place);
           },
-          [this](std::optional<MailCore::UUID> identity, const Text& explanation) {
+          [this](std::optional<MailCore::UUID> identity, const Phrase& explanation) {
               model_.readingViewFailed(identity, explanation);
           },
           [this] { signalShown_.emit(); }) {
@@ -224,7 +224,7 @@ void MailWebView::pointAt(WebKitHitTestResult* hit) {
 // What the menu offers by default would open, download or reload; only copying makes sense here.
 void MailWebView::prepareMenu(WebKitContextMenu* menu, WebKitHitTestResult* hit) {
     webkit_context_menu_remove_all(menu);
-    const auto append = [this, menu](WebKitContextMenuAction action, const Text& label) {
+    const auto append = [this, menu](WebKitContextMenuAction action, const Phrase& label) {
         webkit_context_menu_append(menu, webkit_context_menu_item_new_from_stock_action_with_label(
                                              action, model_.preferences().text(label).c_str()));
     };

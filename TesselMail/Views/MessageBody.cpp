@@ -54,7 +54,7 @@ void MessageBody::makeView(bool sandboxed) {
     signalShown_.emit();
 }
 
-const Text* MessageBody::reason() const {
+const Phrase* MessageBody::reason() const {
     if (lacksSandbox_) return &Texts::plainWithoutSandbox;
     if (lacksRules()) return &Texts::plainWithoutRules;
     if (unanswered_ == *model_.selectionVersion) return &Texts::plainWithoutAnswer;
@@ -156,7 +156,7 @@ void MessageBody::showPlainText() {
     std::string text = message->plain;
     if (blank(text) && *model_.rendered) text = MailCore::SafeHTML::readableText((*model_.rendered)->body);
     if (blank(text)) text = preferences.text(Texts::noPlainText);
-    const Text* const why = reason();
+    const Phrase* const why = reason();
     plain_.show(std::move(text), why ? preferences.text(*why) : std::string());
 }
 

@@ -40,7 +40,7 @@ private:
     void makeView(bool sandboxed);
     bool wantsPlainText() const;
     bool lacksRules() const;
-    const Text* reason() const;
+    const Phrase* reason() const;
     void changePlainText(const Glib::VariantBase& state);
     void watch();
     void giveUpWaiting();

@@ -75,7 +75,7 @@ void MessageHeader::update() {
         headers_.get_buffer()->set_text("");
 }
 
-void MessageHeader::showLine(Line& line, const Text& name, const std::string& value) {
+void MessageHeader::showLine(Line& line, const Phrase& name, const std::string& value) {
     line.name.set_text(model_.preferences().text(name));
     line.value.set_text(displayedAlone(value));
     line.name.set_visible(!value.empty());

@@ -22,7 +22,7 @@ private:
         Gtk::Label value;
     };
 
-    void showLine(Line& line, const Text& name, const std::string& value);
+    void showLine(Line& line, const Phrase& name, const std::string& value);
     void showHeaders(const std::vector<MailCore::Header>& headers);
 
     AppModel& model_;

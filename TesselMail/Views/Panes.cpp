@@ -90,7 +90,7 @@ void Panes::keepWidths() {
 void Panes::showTexts() {
     const Preferences& preferences = model_.preferences();
     for (const auto& [button, text] :
-         {std::pair<Gtk::Button&, const Text&>{backToSources_, Texts::openedFiles},
+         {std::pair<Gtk::Button&, const Phrase&>{backToSources_, Texts::openedFiles},
           {backToList_, Texts::messages}}) {
         Adwaita::setNameAndTooltip(button, preferences.text(text));
     }

@@ -69,7 +69,7 @@ void ReadingPane::showTexts() {
     Adwaita::setTooltip(details_, preferences.text(Texts::messageDetails));
     Adwaita::setTooltip(export_, preferences.text(Texts::exportOriginalHelp));
     for (const auto& [widget, text] :
-         {std::pair<Gtk::Widget*, const Text*>(&details_, &Texts::messageDetails),
+         {std::pair<Gtk::Widget*, const Phrase*>(&details_, &Texts::messageDetails),
           {&export_, &Texts::exportOriginalHelp},
           {&spinner_, &Texts::readingMessage}})
         gtk_accessible_update_property(GTK_ACCESSIBLE(widget->gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,

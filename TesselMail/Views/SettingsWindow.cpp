@@ -120,7 +120,7 @@ void SettingsWindow::addHandlerRows() {
 
 void SettingsWindow::showTexts() {
     const Preferences& preferences = model_.preferences();
-    const auto text = [&preferences](const Text& pair) { return preferences.text(pair); };
+    const auto text = [&preferences](const Phrase& pair) { return preferences.text(pair); };
     const bool before = std::exchange(updating_, true);
     gtk_window_set_title(window(), text(Texts::settings).c_str());
     adw_preferences_group_set_title(reading_, text(Texts::readingSettings).c_str());

@@ -12,7 +12,7 @@ std::string escaped(const std::string& text) {
     return Glib::Markup::escape_text(text);
 }
 
-std::string groupMarkup(Shortcut::Group group, const Text& title, const Preferences& preferences) {
+std::string groupMarkup(Shortcut::Group group, const Phrase& title, const Preferences& preferences) {
     std::string markup =
         fmt::format(R"(<child><object class="GtkShortcutsGroup"><property name="title">{}</property>)",
                     escaped(preferences.text(title)));

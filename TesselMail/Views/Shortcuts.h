@@ -14,7 +14,7 @@ struct Shortcut {
     Group group;
     const char* action;
     const char* key; // as GTK writes accelerators
-    Text text;
+    Phrase text;
 };
 
 /// Every key of the application, in the order of the window that lists them.

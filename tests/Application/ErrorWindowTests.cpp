@@ -21,9 +21,9 @@ protected:
         g_signal_emit_by_name(button, "clicked");
     }
     /// Whether the pane shows the failed page with `sentence` and, of the two buttons, only `button`.
-    void expectPage(const Text& sentence, const std::string& button) {
+    void expectPage(const Phrase& sentence, const std::string& button) {
         waitUntil([&] { return labelIn(root(), preferences_.text(sentence)); });
-        for (const Text& text : {Texts::tryAgain, Texts::reopen})
+        for (const Phrase& text : {Texts::tryAgain, Texts::reopen})
             EXPECT_EQ(buttonIn(root(), preferences_.text(text)) != nullptr,
                       preferences_.text(text) == button);
     }

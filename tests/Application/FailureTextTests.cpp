@@ -26,7 +26,7 @@ std::exception_ptr refused(int number) {
     return std::make_exception_ptr(std::system_error(number, std::generic_category()));
 }
 
-void expectFailure(const Failure& failure, const Text& text, Remedy remedy) {
+void expectFailure(const Failure& failure, const Phrase& text, Remedy remedy) {
     EXPECT_EQ(failure.text.english, text.english);
     EXPECT_EQ(failure.remedy, remedy);
 }
@@ -52,7 +52,7 @@ TEST(FailureTexts, NameTheCauseThatTheSystemGives) {
     struct Case {
         FailedWork::Kind kind;
         int number;
-        const Text& text;
+        const Phrase& text;
     };
     const Case cases[] = {
         {reading, ENOENT, Texts::fileMissing}, {reading, ENOTDIR, Texts::fileMissing},
@@ -85,7 +85,7 @@ TEST(FailureTexts, AskTheFileSystemForASourceThatCouldNotBeRead) {
     struct Case {
         std::string_view name;
         MailError error;
-        const Text& text;
+        const Phrase& text;
         Remedy remedy;
     };
     const Case cases[] = {

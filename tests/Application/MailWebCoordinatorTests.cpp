@@ -77,7 +77,7 @@ protected:
             opened_.push_back(address);
             place_ = place;
         },
-        [this](std::optional<MailCore::UUID>, const Text& text) { reports_.push_back(text.english); },
+        [this](std::optional<MailCore::UUID>, const Phrase& text) { reports_.push_back(text.english); },
         [this] { applied_.push_back(coordinator_->shown()); }};
     std::size_t answered_ = 0;
 };

@@ -229,7 +229,7 @@ TEST_F(ReadingWindow, ShowsPartOfALongLinkAndCopiesAllOfIt) {
 TEST_F(ReadingWindow, PutsACapturedLinkAway) {
     open({html("a.eml", "<p>First</p>")});
     waitForPage("First");
-    for (const Text& language : {Text{"en", "Close"}, Text{"zh-CN", "关闭"}}) {
+    for (const Phrase& language : {Phrase{"en", "Close"}, Phrase{"zh-CN", "关闭"}}) {
         preferences_.setLanguage(std::string(language.english));
         model_->open({*MailCore::URL::parse("mailto:ann@tessel.example")});
         GtkWidget* const close = withTooltip(std::string(language.chinese));

@@ -17,7 +17,8 @@ namespace {
 /// The message, whose texts are also what `texts` gives.
 MailMessage parsed(const Bytes& message) {
     MailMessage result = MIME::parse(message, never);
-    const MIME::Texts texts{.to = result.to, .cc = result.cc, .plain = result.plain, .html = result.html};
+    const MIME::SearchedTexts texts{
+        .to = result.to, .cc = result.cc, .plain = result.plain, .html = result.html};
     EXPECT_EQ(MIME::texts(message, never), texts);
     return result;
 }

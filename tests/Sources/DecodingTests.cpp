@@ -34,7 +34,7 @@ TEST(Decoding, ReadsEachFormatForReadersAndSearchesAlike) {
         MailMessage message;
         const std::string error = errorOf([&] { message = MailReader::decoded(c.data, c.format, never); });
         EXPECT_EQ(error == "none" ? message.plain : error, c.plain);
-        MIME::Texts texts;
+        MIME::SearchedTexts texts;
         EXPECT_EQ(errorOf([&] { texts = MailReader::decodedTexts(c.data, c.format, never); }), error);
         EXPECT_EQ(texts.plain, message.plain);
         EXPECT_EQ(texts.to, message.to);

@@ -33,7 +33,7 @@ TEST(TextReaders, GiveTheTextsOfMessagesInAnyOrder) {
         MailReader::TextReader reader(never);
         for (const SharedEntry& entry : entries) {
             const MailMessage message = MailReader::message(*entry, never);
-            const MIME::Texts texts = reader.texts(*entry);
+            const MIME::SearchedTexts texts = reader.texts(*entry);
             ASSERT_EQ(texts.to, message.to);
             ASSERT_EQ(texts.cc, message.cc);
             ASSERT_EQ(texts.plain, message.plain) << entry->id;
