@@ -5,6 +5,7 @@
 #include "TesselMail/Platform/InterfaceThread.h"
 #include "TesselMail/Platform/NativeDesktop.h"
 #include "TesselMail/Platform/NativeFilePanels.h"
+#include "TesselMail/Views/Actions.h"
 #include "TesselMail/Views/AdwaitaWidgets.h"
 #include "TesselMail/Views/MainWindow.h"
 #include "TesselMail/Views/Shortcuts.h"
@@ -34,8 +35,8 @@ protected:
         Gtk::Application::on_startup();
         adw_init();
         Gtk::Window::set_default_icon_name(applicationID);
-        add_action("about", sigc::mem_fun(*this, &Application::showAbout));
-        add_action("quit", sigc::mem_fun(*this, &Application::leave));
+        add_action(Actions::about.name(), sigc::mem_fun(*this, &Application::showAbout));
+        add_action(Actions::quit.name(), sigc::mem_fun(*this, &Application::leave));
         setUpShortcuts(*this);
     }
 

@@ -1,5 +1,7 @@
 #include "TesselMail/Views/AdwaitaWidgets.h"
 
+#include "TesselMail/Views/Actions.h"
+
 #include <cstring>
 
 namespace TesselMail::Adwaita {
@@ -75,7 +77,7 @@ void HeaderBar::showWindowButtons(bool start, bool end) {
 
 OpenButton::OpenButton() : button_(ADW_SPLIT_BUTTON(adw_split_button_new())) {
     adw_split_button_set_icon_name(button_, "document-open-symbolic");
-    gtk_actionable_set_action_name(GTK_ACTIONABLE(button_), "win.open");
+    gtk_actionable_set_action_name(GTK_ACTIONABLE(button_), Actions::open.path);
 }
 
 void OpenButton::setTexts(const std::string& help, const std::string& menuHelp,

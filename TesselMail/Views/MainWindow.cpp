@@ -1,5 +1,6 @@
 #include "TesselMail/Views/MainWindow.h"
 
+#include "TesselMail/Views/Actions.h"
 #include "TesselMail/Views/Shortcuts.h"
 #include "TesselMail/Views/Style.h"
 
@@ -63,23 +64,24 @@ MainWindow::~MainWindow() {
 }
 
 void MainWindow::addActions() {
-    add_action("open", sigc::mem_fun(model_, &AppModel::chooseFiles));
-    add_action("open-folder", sigc::mem_fun(model_, &AppModel::chooseFolder));
-    closeAll_ = add_action("close-all", sigc::mem_fun(model_, &AppModel::closeAll));
-    export_ = add_action("export-original", sigc::mem_fun(model_, &AppModel::exportOriginal));
-    add_action("search", [this] {
+    add_action(Actions::open.name(), sigc::mem_fun(model_, &AppModel::chooseFiles));
+    add_action(Actions::openFolder.name(), sigc::mem_fun(model_, &AppModel::chooseFolder));
+    closeAll_ = add_action(Actions::closeAll.name(), sigc::mem_fun(model_, &AppModel::closeAll));
+    export_ = add_action(Actions::exportOriginal.name(), sigc::mem_fun(model_, &AppModel::exportOriginal));
+    add_action(Actions::search.name(), [this] {
         panes_.showList();
         panes_.list().focusSearch();
     });
-    add_action("settings", sigc::mem_fun(*this, &MainWindow::showSettings));
-    for (const auto& [name, steps] : {std::pair{"next-pane", 1}, {"previous-pane", -1}})
-        add_action(name, [this, by = steps] { panes_.moveFocus(by); });
-    add_action("back", sigc::mem_fun(panes_, &Panes::goBack));
-    add_action("next-message", sigc::mem_fun(panes_.list(), &MessageList::selectNext));
-    add_action("previous-message", sigc::mem_fun(panes_.list(), &MessageList::selectPrevious));
-    add_action("shortcuts", [this] { showShortcuts(*this, model_.preferences()); });
+    add_action(Actions::settings.name(), sigc::mem_fun(*this, &MainWindow::showSettings));
+    for (const auto& [action, steps] : {std::pair{Actions::nextPane, 1}, {Actions::previousPane, -1}})
+        add_action(action.name(), [this, by = steps] { panes_.moveFocus(by); });
+    add_action(Actions::back.name(), sigc::mem_fun(panes_, &Panes::goBack));
+    add_action(Actions::nextMessage.name(), sigc::mem_fun(panes_.list(), &MessageList::selectNext));
+    add_action(Actions::previousMessage.name(), sigc::mem_fun(panes_.list(), &MessageList::selectPrevious));
+    add_action(Actions::shortcuts.name(), [this] { showShortcuts(*this, model_.preferences()); });
     add_action(panes_.reader().plainTextAction());
-    details_ = add_action_bool("details", [this] { model_.setShowDetails(!*model_.showDetails); });
+    details_ =
+        add_action_bool(Actions::details.name(), [this] { model_.setShowDetails(!*model_.showDetails); });
 }
 
 // In the capture phase: the reading view would take the drop for itself.

@@ -3,6 +3,7 @@
 #include "MailCore/Platform/Text.h"
 #include "MailCore/Rendering/ReadableText.h"
 #include "TesselMail/Platform/SandboxCheck.h"
+#include "TesselMail/Views/Actions.h"
 
 namespace TesselMail {
 namespace {
@@ -17,7 +18,7 @@ bool isDark() {
 
 MessageBody::MessageBody(AppModel& model)
     : model_(model), plain_(model.preferences()),
-      plainText_(Gio::SimpleAction::create_bool("plain-text", false)) {
+      plainText_(Gio::SimpleAction::create_bool(Actions::plainText.name(), false)) {
     set_hhomogeneous(false);
     set_vhomogeneous(false);
     set_vexpand(true);

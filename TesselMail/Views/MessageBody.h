@@ -30,7 +30,7 @@ public:
     void focusText();
     void closeLink();
 
-    /// "plain-text": whether people want the plain text; disabled where there is nothing else.
+    /// Actions::plainText: whether people want the plain text; disabled where there is nothing else.
     const Glib::RefPtr<Gio::SimpleAction>& plainTextAction() const noexcept { return plainText_; }
     /// Emitted when another message, or another view of it, is shown.
     sigc::signal<void()>& signalShown() { return signalShown_; }

@@ -1,5 +1,7 @@
 #include "TesselMail/Views/ReadingPane.h"
 
+#include "TesselMail/Views/Actions.h"
+
 #include <utility>
 
 namespace TesselMail {
@@ -17,9 +19,9 @@ ReadingPane::ReadingPane(AppModel& model)
       attachments_(model), body_(model) {
     add_css_class("reading-pane");
     details_.set_icon_name("help-about-symbolic");
-    gtk_actionable_set_action_name(GTK_ACTIONABLE(details_.gobj()), "win.details");
+    gtk_actionable_set_action_name(GTK_ACTIONABLE(details_.gobj()), Actions::details.path);
     export_.set_icon_name("document-save-as-symbolic");
-    gtk_actionable_set_action_name(GTK_ACTIONABLE(export_.gobj()), "win.export-original");
+    gtk_actionable_set_action_name(GTK_ACTIONABLE(export_.gobj()), Actions::exportOriginal.path);
     header_.hideTitle();
     header_.packEnd(export_);
     header_.packEnd(details_);

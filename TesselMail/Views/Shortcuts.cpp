@@ -28,7 +28,7 @@ std::string groupMarkup(Shortcut::Group group, const Phrase& title, const Prefer
 
 void setUpShortcuts(Gtk::Application& application) {
     for (const Shortcut& shortcut : shortcuts)
-        application.set_accels_for_action(shortcut.action, {shortcut.key});
+        application.set_accels_for_action(shortcut.action.path, {shortcut.key});
 }
 
 // The window can be made of markup only.

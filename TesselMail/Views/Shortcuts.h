@@ -1,6 +1,7 @@
 #pragma once
 
 #include "TesselMail/Model/Preferences.h"
+#include "TesselMail/Views/Actions.h"
 
 #include <gtkmm.h>
 
@@ -12,28 +13,28 @@ namespace TesselMail {
 struct Shortcut {
     enum class Group { files, reading, window };
     Group group;
-    const char* action;
+    Action action;
     const char* key; // as GTK writes accelerators
     Phrase text;
 };
 
 /// Every key of the application, in the order of the window that lists them.
 inline constexpr auto shortcuts = std::to_array<Shortcut>({
-    {Shortcut::Group::files, "win.open", "<Control>o", Texts::open},
-    {Shortcut::Group::files, "win.close-all", "<Control><Shift>w", Texts::closeAll},
-    {Shortcut::Group::files, "win.export-original", "<Control><Shift>s", Texts::exportOriginal},
-    {Shortcut::Group::reading, "win.search", "<Control>f", Texts::searchMessages},
-    {Shortcut::Group::reading, "win.details", "<Control>i", Texts::messageDetails},
-    {Shortcut::Group::reading, "win.plain-text", "<Control><Shift>t", Texts::showPlainText},
-    {Shortcut::Group::reading, "win.next-message", "<Alt>Down", Texts::nextMessage},
-    {Shortcut::Group::reading, "win.previous-message", "<Alt>Up", Texts::previousMessage},
-    {Shortcut::Group::window, "win.next-pane", "F6", Texts::nextPane},
-    {Shortcut::Group::window, "win.previous-pane", "<Shift>F6", Texts::previousPane},
-    {Shortcut::Group::window, "win.back", "<Alt>Left", Texts::back},
-    {Shortcut::Group::window, "win.settings", "<Control>comma", Texts::settings},
-    {Shortcut::Group::window, "win.shortcuts", "<Control>question", Texts::keyboardShortcuts},
-    {Shortcut::Group::window, "window.close", "<Control>w", Texts::closeWindow},
-    {Shortcut::Group::window, "app.quit", "<Control>q", Texts::quit},
+    {Shortcut::Group::files, Actions::open, "<Control>o", Texts::open},
+    {Shortcut::Group::files, Actions::closeAll, "<Control><Shift>w", Texts::closeAll},
+    {Shortcut::Group::files, Actions::exportOriginal, "<Control><Shift>s", Texts::exportOriginal},
+    {Shortcut::Group::reading, Actions::search, "<Control>f", Texts::searchMessages},
+    {Shortcut::Group::reading, Actions::details, "<Control>i", Texts::messageDetails},
+    {Shortcut::Group::reading, Actions::plainText, "<Control><Shift>t", Texts::showPlainText},
+    {Shortcut::Group::reading, Actions::nextMessage, "<Alt>Down", Texts::nextMessage},
+    {Shortcut::Group::reading, Actions::previousMessage, "<Alt>Up", Texts::previousMessage},
+    {Shortcut::Group::window, Actions::nextPane, "F6", Texts::nextPane},
+    {Shortcut::Group::window, Actions::previousPane, "<Shift>F6", Texts::previousPane},
+    {Shortcut::Group::window, Actions::back, "<Alt>Left", Texts::back},
+    {Shortcut::Group::window, Actions::settings, "<Control>comma", Texts::settings},
+    {Shortcut::Group::window, Actions::shortcuts, "<Control>question", Texts::keyboardShortcuts},
+    {Shortcut::Group::window, Actions::closeWindow, "<Control>w", Texts::closeWindow},
+    {Shortcut::Group::window, Actions::quit, "<Control>q", Texts::quit},
 });
 
 /// Gives each command its key.

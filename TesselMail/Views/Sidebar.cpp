@@ -1,6 +1,7 @@
 #include "TesselMail/Views/Sidebar.h"
 
 #include "MailCore/Model/SourceKinds.h"
+#include "TesselMail/Views/Actions.h"
 #include "TesselMail/Views/DisplayText.h"
 #include "TesselMail/Views/MainMenu.h"
 
@@ -125,7 +126,7 @@ Sidebar::Sidebar(AppModel& model) : Gtk::Box(Gtk::Orientation::VERTICAL), model_
     openFiles_.signal_clicked().connect(sigc::mem_fun(model_, &AppModel::chooseFiles));
     settings_.set_icon_name("emblem-system-symbolic");
     settings_.add_css_class("flat");
-    gtk_actionable_set_action_name(GTK_ACTIONABLE(settings_.gobj()), "win.settings");
+    gtk_actionable_set_action_name(GTK_ACTIONABLE(settings_.gobj()), Actions::settings.path);
     footer_.set_margin(6);
     footer_.append(openFiles_);
     footer_.append(settings_);

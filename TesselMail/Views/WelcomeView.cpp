@@ -1,5 +1,6 @@
 #include "TesselMail/Views/WelcomeView.h"
 
+#include "TesselMail/Views/Actions.h"
 #include "TesselMail/Views/MainMenu.h"
 
 namespace TesselMail {
@@ -28,7 +29,7 @@ WelcomeView::WelcomeView(AppModel& model) : Gtk::Box(Gtk::Orientation::VERTICAL)
     formats_.set_justify(Gtk::Justification::CENTER);
     capture_.set_halign(Gtk::Align::CENTER);
     capture_.add_css_class("flat");
-    gtk_actionable_set_action_name(GTK_ACTIONABLE(capture_.gobj()), "win.settings");
+    gtk_actionable_set_action_name(GTK_ACTIONABLE(capture_.gobj()), Actions::settings.path);
     actions_.append(open_);
     actions_.append(drop_);
     actions_.append(formats_);
