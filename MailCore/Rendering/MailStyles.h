@@ -20,9 +20,9 @@ class MailStyles {
 public:
     using Color = StyleColors::Color;
 
-    /// Adds the acceptable rules of one style sheet, scoped under ".mail-content"; `depth` counts the @media
-    /// blocks around it, from 0 to 3. A text over 131,072 bytes is ignored; 512 rules or 131,072 bytes of
-    /// them are kept of all sheets together.
+    /// Adds the acceptable rules of one style sheet, scoped under PageParts::contentSelector; `depth` counts
+    /// the @media blocks around it, from 0 to 3. A text over 131,072 bytes is ignored; 512 rules or 131,072
+    /// bytes of them are kept of all sheets together.
     void addStylesheet(std::string_view css, int depth);
     /// The declarations for an element's style attribute: those its presentational attributes stand for, then
     /// those of its own style attribute; joined by ";", empty when nothing is kept. `tag` is in lower case.
@@ -41,7 +41,7 @@ public:
     /// changes it.
     std::optional<std::string> color(std::string_view value, bool background);
     /// One selector of at most 300 bytes, made of types, classes, ids and combinators only, its names
-    /// prefixed with "m-", scoped under ".mail-content".
+    /// prefixed with "m-", scoped under PageParts::contentSelector.
     static std::optional<std::string> selector(std::string_view text);
     /// A keyword or a number with a unit, up to 4,096 and, when `negative`, from -100, else from 0.
     static std::optional<std::string> length(std::string_view text, bool negative);

@@ -1,6 +1,7 @@
 #include "MailCore/Rendering/PresentationalAttributes.h"
 
 #include "MailCore/Platform/Text.h"
+#include "MailCore/Rendering/PageParts.h"
 #include "MailCore/Rendering/StyleProperties.h"
 #include "MailCore/Rendering/StyleValues.h"
 
@@ -62,7 +63,9 @@ void addFontSize(Declarations& declarations, std::string_view size) {
     declarations.add()
         .append("font-size:calc(")
         .append(std::to_string(legacyFontSizes[static_cast<std::size_t>(*step - 1)]))
-        .append("px * var(--mail-scale))");
+        .append("px * var(")
+        .append(PageParts::scaleProperty)
+        .append("))");
 }
 
 } // namespace

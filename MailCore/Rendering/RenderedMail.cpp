@@ -1,6 +1,7 @@
 #include "MailCore/Rendering/RenderedMail.h"
 
 #include "Lock/ContentPolicy.h"
+#include "MailCore/Rendering/PageParts.h"
 #include "MailCore/Rendering/ShortestNumber.h"
 
 #include <fmt/format.h>
@@ -43,27 +44,27 @@ constexpr std::string_view baseStyles =
     "hr{border:0;border-top:1px solid var(--line);margin:24px 0}.plain{white-space:break-spaces}"
     ".image-placeholder{color:var(--muted);font-size:.85em}ul,ol{padding-left:1.6em}li{margin:.25em 0}"
     "\n"
-    R"(</style><style id="mail-styles">)";
+    "</style>";
 
 } // namespace
 
 std::string RenderedMail::page(bool dark, double scale, std::optional<std::uint32_t> backgroundRGB) const {
-    constexpr double baseFontSize = 16; // pixels
     std::string page;
     page.reserve(2'048 + stylesheet.size() + body.size());
     page += R"(<!doctype html><html data-theme=")";
     page += dark ? "dark" : "light";
-    page += R"(" style="--paper:)";
+    page.append(R"(" style=")").append(PageParts::paperProperty).append(":");
     page += backgroundRGB ? fmt::format("#{:06X}", *backgroundRGB & 0xFFFFFF) : dark ? "#232426" : "#FFFFFF";
-    page += ";--mail-scale:";
+    page.append(";").append(PageParts::scaleProperty).append(":");
     appendShortest(page, scale);
     page += head;
     page += contentPolicyText();
     page += palettes;
-    appendShortest(page, scale * baseFontSize);
+    appendShortest(page, scale * PageParts::baseFontSize);
     page += baseStyles;
+    page.append(R"(<style id=")").append(PageParts::stylesID).append(R"(">)");
     page += stylesheet;
-    page += R"(</style></head><body><div class="mail-content">)";
+    page.append(R"(</style></head><body><div class=")").append(PageParts::contentClass).append(R"(">)");
     page += body;
     page += "</div></body></html>";
     return page;

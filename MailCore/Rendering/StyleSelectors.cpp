@@ -3,13 +3,14 @@
 #include "MailCore/Platform/ASCII.h"
 #include "MailCore/Platform/Text.h"
 #include "MailCore/Rendering/Markup.h"
+#include "MailCore/Rendering/PageParts.h"
 
 namespace MailCore::StyleSelectors {
 
 namespace {
 
 constexpr std::size_t largestSelector = 300;
-constexpr std::string_view scope = ".mail-content";
+constexpr std::string_view scope = PageParts::contentSelector;
 
 } // namespace
 

@@ -8,7 +8,7 @@
 namespace MailCore::StyleSelectors {
 
 /// One selector of at most 300 bytes, made of types, classes, ids and combinators only, its names prefixed
-/// with "m-", scoped under ".mail-content".
+/// with "m-", scoped under PageParts::contentSelector.
 std::optional<std::string> scoped(std::string_view text);
 
 } // namespace MailCore::StyleSelectors

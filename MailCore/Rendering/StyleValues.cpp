@@ -3,6 +3,7 @@
 #include "MailCore/Platform/ASCII.h"
 #include "MailCore/Platform/Text.h"
 #include "MailCore/Platform/UTF8.h"
+#include "MailCore/Rendering/PageParts.h"
 
 #include <unicode/uchar.h>
 
@@ -138,7 +139,7 @@ bool appendFontSize(std::string& out, std::string_view value) {
     const bool scales = value.ends_with("px") || value.ends_with("pt");
     if (scales) out += "calc(";
     out += value;
-    if (scales) out += " * var(--mail-scale))";
+    if (scales) out.append(" * var(").append(PageParts::scaleProperty).append("))");
     return true;
 }
 

@@ -1,6 +1,7 @@
 #include "TesselMail/Model/MailWebCoordinator.h"
 
 #include "MailCore/Platform/HTMLEscape.h"
+#include "MailCore/Rendering/PageParts.h"
 
 #include <fmt/format.h>
 
@@ -88,7 +89,7 @@ PageUpdate MailWebCoordinator::updateFor(const Content& content, bool replace) c
                       .replace = replace,
                       .dark = content.dark,
                       .paper = fmt::format("#{:06X}", content.paperRGB),
-                      .fontSize = content.scale * 16};
+                      .fontSize = content.scale * MailCore::PageParts::baseFontSize};
     if (!replace) return update;
     if (ready_)
         update.body = content.rendered->body;

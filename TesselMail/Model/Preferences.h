@@ -1,5 +1,6 @@
 #pragma once
 
+#include "MailCore/Rendering/PageParts.h"
 #include "TesselMail/Model/Texts.h"
 
 #include <sigc++/sigc++.h>
@@ -33,7 +34,7 @@ public:
     /// Whether the interface speaks Simplified Chinese rather than English.
     bool chinese() const noexcept;
     /// The factor by which the reading view scales its text: 1 at 16 points.
-    double readingScale() const noexcept { return textSize_ * 0.0625; }
+    double readingScale() const noexcept { return textSize_ / MailCore::PageParts::baseFontSize; }
     /// `text` in the interface's language.
     std::string text(const Phrase& text) const {
         return std::string(chinese() ? text.chinese : text.english);
@@ -50,7 +51,7 @@ private:
     std::vector<std::string> languages_;
     std::string language_ = "auto";
     std::string appearance_ = "auto";
-    double textSize_ = 16;
+    double textSize_ = MailCore::PageParts::baseFontSize;
     sigc::signal<void()> changed_;
 };
 

@@ -1,5 +1,7 @@
 #pragma once
 
+#include "MailCore/Rendering/PageParts.h"
+
 #include <cstdint>
 #include <functional>
 #include <optional>
@@ -22,8 +24,8 @@ struct PageUpdate {
     std::string stylesheet;
     bool replace = true; // false: only theme, paper and size change
     bool dark = false;
-    std::string paper;    // as in "#FFFFFF"
-    double fontSize = 16; // pixels
+    std::string paper;                                   // as in "#FFFFFF"
+    double fontSize = MailCore::PageParts::baseFontSize; // pixels
     bool operator==(const PageUpdate&) const = default;
 };
 

@@ -1,5 +1,6 @@
 #include "TesselMail/Views/PlainMessageView.h"
 
+#include "MailCore/Rendering/PageParts.h"
 #include "TesselMail/Views/DisplayText.h"
 #include "TesselMail/Views/Wrapping.h"
 
@@ -53,7 +54,8 @@ void PlainMessageView::clear() {
 }
 
 void PlainMessageView::showSize() {
-    size_->load_from_data(fmt::format("textview {{ font-size: {}px; }}", preferences_.readingScale() * 16));
+    size_->load_from_data(fmt::format("textview {{ font-size: {}px; }}",
+                                      preferences_.readingScale() * MailCore::PageParts::baseFontSize));
 }
 
 } // namespace TesselMail

@@ -1,5 +1,6 @@
 #include "TesselMail/Views/WebKitReadingPage.h"
 
+#include "MailCore/Rendering/PageParts.h"
 #include "TesselMail/Platform/InterfaceThread.h"
 
 #include <gtk/gtk.h>
@@ -10,6 +11,8 @@
 namespace TesselMail {
 namespace {
 
+namespace PageParts = MailCore::PageParts;
+
 constexpr const char* scriptWorld = "TesselMail";
 
 constexpr std::string_view updateScript = R"(if (replace) {
@@ -17,16 +20,16 @@ constexpr std::string_view updateScript = R"(if (replace) {
   fragment.innerHTML = body;
   window.getSelection()?.removeAllRanges();
   const wrapper = document.createElement('div');
-  wrapper.className = 'mail-content';
+  wrapper.className = contentClass;
   wrapper.append(fragment.content);
   document.body.replaceChildren(wrapper);
-  document.getElementById('mail-styles').textContent = stylesheet;
+  document.getElementById(stylesID).textContent = stylesheet;
   window.scrollTo(0, 0);
 }
 document.documentElement.dataset.theme = dark ? 'dark' : 'light';
-document.documentElement.style.setProperty('--paper', paper);
+document.documentElement.style.setProperty(paperProperty, paper);
 document.body.style.fontSize = fontSize + 'px';
-document.documentElement.style.setProperty('--mail-scale', fontSize / 16);
+document.documentElement.style.setProperty(scaleProperty, fontSize / baseFontSize);
 return true;)";
 
 constexpr std::string_view locateScript =
@@ -107,6 +110,11 @@ void WebKitReadingPage::update(PageUpdate update, std::function<void(bool)> answ
     g_variant_dict_insert_value(&arguments, "dark", flag(update.dark));
     g_variant_dict_insert_value(&arguments, "paper", text(std::move(update.paper)));
     g_variant_dict_insert_value(&arguments, "fontSize", g_variant_new_double(update.fontSize));
+    g_variant_dict_insert_value(&arguments, "baseFontSize", g_variant_new_double(PageParts::baseFontSize));
+    g_variant_dict_insert_value(&arguments, "contentClass", text(std::string(PageParts::contentClass)));
+    g_variant_dict_insert_value(&arguments, "stylesID", text(std::string(PageParts::stylesID)));
+    g_variant_dict_insert_value(&arguments, "scaleProperty", text(std::string(PageParts::scaleProperty)));
+    g_variant_dict_insert_value(&arguments, "paperProperty", text(std::string(PageParts::paperProperty)));
     call(view_.get(), updateScript, g_variant_dict_end(&arguments),
          [answer = std::move(answer)](JSCValue* value) { answer(value != nullptr); });
 }
