@@ -1,16 +1,13 @@
 #include "MailCore/Model/MailError.h"
 #include "MailCore/Model/SourceKinds.h"
+#include "MailCore/Platform/ReplacingFile.h"
 #include "MailCore/Sources/Emlx.h"
 #include "MailCore/Sources/MailReader.h"
 
 #include <algorithm>
-#include <cerrno>
-#include <cstdio>
-#include <fcntl.h>
 #include <filesystem>
 #include <sys/stat.h>
 #include <system_error>
-#include <unistd.h>
 
 namespace MailCore::MailReader {
 
@@ -37,35 +34,6 @@ std::optional<struct stat> statusOf(const std::string& path) {
     return status;
 }
 
-/// A file beside the destination that takes its place when it is complete, and disappears when it is not.
-class TemporaryFile {
-public:
-    explicit TemporaryFile(const std::filesystem::path& destination)
-        : path_(destination.parent_path() / (".TesselMail-" + UUID::random().text())),
-          handle_(::open(path_.c_str(), O_WRONLY | O_CREAT | O_EXCL | O_NOFOLLOW | O_CLOEXEC, 0600)) {
-        if (!handle_.isOpen()) throw std::system_error(errno, std::generic_category(), "create");
-    }
-    TemporaryFile(const TemporaryFile&) = delete;
-    TemporaryFile& operator=(const TemporaryFile&) = delete;
-    ~TemporaryFile() {
-        if (!moved_) ::unlink(path_.c_str());
-    }
-
-    void write(ByteView bytes) const { handle_.writeAll(bytes); }
-
-    void replace(const std::filesystem::path& destination) {
-        handle_.close();
-        if (::rename(path_.c_str(), destination.c_str()) != 0)
-            throw std::system_error(errno, std::generic_category(), "rename");
-        moved_ = true;
-    }
-
-private:
-    std::filesystem::path path_;
-    FileHandle handle_;
-    bool moved_ = false;
-};
-
 /// Throws MailError::unsafeDestination when writing to `destination` would touch the source of `entry`.
 void protectSource(const URL& destination, const MessageEntry& entry, const FileRevision& source) {
     if (resolvedPath(destination) == resolvedPath(entry.file)) throw MailError(MailError::unsafeDestination);
@@ -89,7 +57,7 @@ MessageRange rangeToCopy(const FileHandle& handle, const MessageEntry& entry, co
     return range;
 }
 
-void copy(const FileHandle& from, const MessageRange& range, const TemporaryFile& to, std::size_t step,
+void copy(const FileHandle& from, const MessageRange& range, const ReplacingFile& to, std::size_t step,
           const Cancelled& cancelled) {
     from.seek(range.offset);
     Bytes buffer(step);
@@ -113,14 +81,14 @@ void exportOriginal(const MessageEntry& entry, const URL& destination, const Can
     const FileRevision revision = FileRevision::capture(handle);
     protectSource(destination, entry, revision);
     const MessageRange range = rangeToCopy(handle, entry, revision);
-    TemporaryFile temporary(destination.path());
+    ReplacingFile written(destination.path(), ReplacingFile::Access::owner);
     const auto step = static_cast<std::size_t>(
         std::clamp<std::int64_t>(chunkSize, 1, static_cast<std::int64_t>(readChunk)));
-    copy(handle, range, temporary, step, cancelled);
+    copy(handle, range, written, step, cancelled);
     requireUnchanged(handle, revision);
     protectSource(destination, entry, revision);
     if (cancelled()) throw MailError(MailError::cancelled);
-    temporary.replace(destination.path());
+    written.replace();
 }
 
 void validateDestination(const URL& destination, std::span<const URL> protecting) {

@@ -2,6 +2,7 @@
 
 #include "MailCore/Model/MailError.h"
 #include "MailCore/Model/SourceKinds.h"
+#include "MailCore/Platform/ReplacingFile.h"
 #include "MailCore/Rendering/SafeHTML.h"
 #include "MailCore/Search/MailSearch.h"
 #include "MailCore/Sources/Decoding.h"
@@ -10,14 +11,9 @@
 #include "TesselMail/Platform/InterfaceThread.h"
 #include "TesselMail/Platform/SerialQueue.h"
 
-#include <glib.h>
-
 #include <algorithm>
-#include <array>
-#include <cerrno>
 #include <optional>
 #include <string>
-#include <system_error>
 #include <utility>
 
 namespace TesselMail::ArchiveWork {
@@ -91,35 +87,6 @@ MailCore::MailMessage attachedMessage(const MailCore::MailAttachment& attachment
                                          cancelledBy(token));
 }
 
-// The error numbers behind GLib's own names for them.
-constexpr auto errorNumbers = std::to_array<std::pair<GFileError, int>>({
-    {G_FILE_ERROR_ACCES, EACCES},
-    {G_FILE_ERROR_PERM, EPERM},
-    {G_FILE_ERROR_ROFS, EROFS},
-    {G_FILE_ERROR_NOSPC, ENOSPC},
-    {G_FILE_ERROR_NOENT, ENOENT},
-    {G_FILE_ERROR_NOTDIR, ENOTDIR},
-    {G_FILE_ERROR_ISDIR, EISDIR},
-    {G_FILE_ERROR_NAMETOOLONG, ENAMETOOLONG},
-});
-
-int errorNumber(const GError& error) {
-    const auto found = std::ranges::find(errorNumbers, error.code, &std::pair<GFileError, int>::first);
-    return error.domain == G_FILE_ERROR && found != errorNumbers.end() ? found->second : EIO;
-}
-
-void writeFile(const MailCore::Bytes& bytes, const MailCore::URL& destination) {
-    GError* error = nullptr;
-    const std::string_view chars = MailCore::charsOf(bytes);
-    if (g_file_set_contents_full(destination.path().c_str(), chars.data(), static_cast<gssize>(chars.size()),
-                                 G_FILE_SET_CONTENTS_CONSISTENT, 0666, &error))
-        return;
-    const int number = errorNumber(*error);
-    const std::string reason = error->message;
-    g_error_free(error);
-    throw std::system_error(number, std::generic_category(), reason);
-}
-
 } // namespace
 
 Later<MailCore::MailCollection> index(MailFileScope scope, MailCore::IndexLimits limits,
@@ -172,7 +139,9 @@ Later<Done> exportOriginal(MailCore::SharedEntry entry, MailCore::URL destinatio
 
 Later<Done> write(std::shared_ptr<const MailCore::Bytes> bytes, MailCore::URL destination) {
     return on<Done>(&Queues::reading, [bytes, destination] {
-        writeFile(*bytes, destination);
+        MailCore::ReplacingFile file(destination.path(), MailCore::ReplacingFile::Access::everybody);
+        file.write(*bytes);
+        file.replace();
         return Done();
     });
 }
