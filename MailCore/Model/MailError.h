@@ -24,7 +24,8 @@ public:
     Case which() const noexcept { return which_; }
     /// The name of the case, as in "malformed".
     std::string_view name() const noexcept;
-    /// One English sentence for the case.
+    /// One English sentence for the case, for developers: of the engine, which knows of no language and no
+    /// window. People read what TesselMail's errorText says, in other words for most cases.
     std::string_view errorDescription() const noexcept;
     const char* what() const noexcept override { return errorDescription().data(); }
 

@@ -33,6 +33,9 @@ namespace TesselMail {
 /// model alive until they end. Interface thread only.
 class AppModel : public std::enable_shared_from_this<AppModel> {
 public:
+    /// How many files and folders one request opens.
+    static constexpr std::size_t mostFiles = 20;
+
     using CollectionID = OpenSources::CollectionID;
     using EntryID = OpenSources::EntryID;
     template <typename Value>
@@ -80,9 +83,9 @@ public:
 
     // Opening and closing
 
-    /// Opens the first 20 distinct files and folders among `urls`; a run in progress is stopped. The first of
-    /// them that opens is shown. A mailto: link among the first 20 takes the place of all of them. A notice
-    /// says how many files were left out; `left` counts those the caller kept back.
+    /// Opens the first `mostFiles` distinct files and folders among `urls`; a run in progress is stopped. The
+    /// first of them that opens is shown. A mailto: link among the first `mostFiles` takes the place of all
+    /// of them. A notice says how many files were left out; `left` counts those the caller kept back.
     void open(const std::vector<MailCore::URL>& urls, std::size_t left = 0);
     /// Opens the changed source again that `error` tells of or, without an error, `readFailure`. The message
     /// selected in it stays selected if it is still there.

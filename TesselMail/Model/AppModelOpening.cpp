@@ -22,8 +22,6 @@ using MailCore::URL;
 
 namespace {
 
-constexpr std::size_t filesPerRequest = 20;
-
 std::vector<URL> distinctFiles(const std::vector<URL>& urls) {
     std::vector<URL> files;
     std::set<URL> seen;
@@ -67,14 +65,14 @@ struct AppModel::Run {
 };
 
 void AppModel::open(const std::vector<URL>& urls, std::size_t left) {
-    const auto looked = std::span(urls).first(std::min(urls.size(), filesPerRequest));
+    const auto looked = std::span(urls).first(std::min(urls.size(), mostFiles));
     const auto link = std::ranges::find(looked, "mailto", &URL::scheme);
     if (link != looked.end()) return receive(*link);
     std::vector<URL> files = distinctFiles(urls);
     if (files.empty()) return;
-    if (files.size() > filesPerRequest) {
-        left += files.size() - filesPerRequest;
-        files.erase(files.begin() + filesPerRequest, files.end());
+    if (files.size() > mostFiles) {
+        left += files.size() - mostFiles;
+        files.erase(files.begin() + mostFiles, files.end());
     }
 
     const Changing changing(changes_);
@@ -228,7 +226,7 @@ void AppModel::finishRun(const Run& run, std::vector<std::string> notices) {
     sources_.releaseUnusedScopes();
     if (run.left > 0) {
         const std::string text = preferences_.text(run.left == 1 ? Texts::fileLeft : Texts::filesLeft);
-        notices.push_back(fmt::format(fmt::runtime(text), run.left));
+        notices.push_back(fmt::format(fmt::runtime(text), run.left, mostFiles));
     }
     if (run.token->isStopped() || notices.empty()) return;
     dismissError();

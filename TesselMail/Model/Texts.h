@@ -59,10 +59,11 @@ inline constexpr Phrase allFiles = {"All files", "所有文件"};
 inline constexpr Phrase opening = {"Opening…", "正在打开…"};
 inline constexpr Phrase freeIndexMemory = {"Close an archive to free index memory.",
                                            "请关闭存档以释放索引内存。"};
-inline constexpr Phrase fileLeft = {"{} file was not opened: at most 20 are opened at a time.",
-                                    "还有 {} 个文件未打开：一次最多打开 20 个。"};
-inline constexpr Phrase filesLeft = {"{} files were not opened: at most 20 are opened at a time.",
-                                     "还有 {} 个文件未打开：一次最多打开 20 个。"};
+// Of the files that were left, and of those that one request opens
+inline constexpr Phrase fileLeft = {"{} file was not opened: at most {} are opened at a time.",
+                                    "还有 {} 个文件未打开：一次最多打开 {} 个。"};
+inline constexpr Phrase filesLeft = {"{} files were not opened: at most {} are opened at a time.",
+                                     "还有 {} 个文件未打开：一次最多打开 {} 个。"};
 inline constexpr Phrase couldNotComplete = {"Could not complete this action", "未能完成操作"};
 
 // Sidebar and list

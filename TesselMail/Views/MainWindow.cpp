@@ -7,12 +7,6 @@
 #include <gio/gio.h>
 
 namespace TesselMail {
-namespace {
-
-constexpr std::size_t filesPerDrop = 20;
-
-} // namespace
-
 MainWindow::MainWindow(AppModel& model, WindowState& state)
     : model_(model), state_(state), welcome_(model), panes_(model, state), opening_(model) {
     installStyle(get_display());
@@ -118,7 +112,7 @@ bool MainWindow::drop(const Glib::ValueBase& value, double, double) {
     std::vector<MailCore::URL> urls;
     const auto* item = static_cast<const GSList*>(g_value_get_boxed(value.gobj()));
     std::size_t offered = 0;
-    for (; item && offered < filesPerDrop; item = item->next, ++offered)
+    for (; item && offered < AppModel::mostFiles; item = item->next, ++offered)
         if (const char* const path = g_file_peek_path(G_FILE(item->data)))
             urls.push_back(MailCore::URL::file(path));
     std::size_t left = 0;
