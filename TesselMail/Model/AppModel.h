@@ -167,9 +167,9 @@ private:
                           MailCore::SharedEntry entry, MailFileScope scope, CancellationToken token);
     static Task readAttachment(std::shared_ptr<AppModel> self, SharedAttachment attachment,
                                AttachmentPlace place);
-    static Task storeAttachment(std::shared_ptr<AppModel> self, SharedAttachment attachment);
-    static Task storeOriginal(std::shared_ptr<AppModel> self, MailCore::SharedEntry entry,
-                              CollectionID collection);
+    static Task saveAttachmentFile(std::shared_ptr<AppModel> self, SharedAttachment attachment);
+    static Task saveOriginalFile(std::shared_ptr<AppModel> self, MailCore::SharedEntry entry,
+                                 CollectionID collection);
 
     std::shared_ptr<IndexDelivery> deliveryOf(std::shared_ptr<const MailCore::MailCollection> placeholder,
                                               MailFileScope scope, CancellationToken token);

@@ -184,10 +184,10 @@ AppModel::AttachmentPlace AppModel::placeOf(const MailAttachment& attachment) co
 
 void AppModel::saveAttachment(MailCore::UUID id) {
     const auto attachment = shownAttachment(id);
-    if (attachment && attachment->embedded.empty()) storeAttachment(shared_from_this(), attachment);
+    if (attachment && attachment->embedded.empty()) saveAttachmentFile(shared_from_this(), attachment);
 }
 
-Task AppModel::storeAttachment(std::shared_ptr<AppModel> self, SharedAttachment attachment) {
+Task AppModel::saveAttachmentFile(std::shared_ptr<AppModel> self, SharedAttachment attachment) {
     SavePanel panel =
         savePanel(self->preferences_, Texts::saveAttachment, MailCore::safeFilename(attachment->name));
     const std::optional<URL> destination = co_await self->panels_.save(std::move(panel));
@@ -207,10 +207,10 @@ bool AppModel::canExportOriginal() const {
 
 void AppModel::exportOriginal() {
     if (*reading || !canExportOriginal()) return;
-    storeOriginal(shared_from_this(), entry(), **selectedCollection);
+    saveOriginalFile(shared_from_this(), entry(), **selectedCollection);
 }
 
-Task AppModel::storeOriginal(std::shared_ptr<AppModel> self, SharedEntry entry, CollectionID collection) {
+Task AppModel::saveOriginalFile(std::shared_ptr<AppModel> self, SharedEntry entry, CollectionID collection) {
     // What is to be written is settled before the panel opens; the collection may be closed meanwhile.
     const auto* const memory = self->sources_.memory(collection);
     const auto original = memory ? memory->original : nullptr;

@@ -64,18 +64,18 @@ void AttachmentBar::update() {
 }
 
 // The button is still in the middle of its signal, and goes when another message is shown.
-void AttachmentBar::act(MailCore::UUID attachment, bool read) {
-    const auto action =
-        sigc::mem_fun(model_, read ? &AppModel::previewAttachment : &AppModel::saveAttachment);
+void AttachmentBar::act(MailCore::UUID attachment, Action action) {
+    const auto operation = sigc::mem_fun(model_, action == Action::read ? &AppModel::previewAttachment
+                                                                        : &AppModel::saveAttachment);
     Glib::signal_idle().connect(
-        sigc::bind_return(sigc::track_obj([action, attachment] { action(attachment); }, *this), false));
+        sigc::bind_return(sigc::track_obj([operation, attachment] { operation(attachment); }, *this), false));
 }
 
 void AttachmentBar::add(const MailCore::MailAttachment& attachment) {
     const Preferences& preferences = model_.preferences();
-    const bool readable = attachment.canPreview();
-    const std::string action =
-        preferences.text(readable ? Texts::readAttachedMessage : Texts::saveAttachment);
+    const Action action = attachment.canPreview() ? Action::read : Action::save;
+    const std::string caption =
+        preferences.text(action == Action::read ? Texts::readAttachedMessage : Texts::saveAttachment);
     const std::string name = displayed(attachment.name, 200);
     const std::string subtitle = subtitleOf(attachment, preferences);
 
@@ -100,12 +100,12 @@ void AttachmentBar::add(const MailCore::MailAttachment& attachment) {
     button->set_child(*content);
     button->set_halign(Gtk::Align::START);
     button->add_css_class("attachment");
-    Adwaita::setTooltip(*button, action + "\n" + name);
+    Adwaita::setTooltip(*button, caption + "\n" + name);
     button->set_sensitive(attachment.available);
     gtk_accessible_update_property(GTK_ACCESSIBLE(button->gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
-                                   (action + " " + name + ", " + subtitle).c_str(), -1);
+                                   (caption + " " + name + ", " + subtitle).c_str(), -1);
     button->signal_clicked().connect(
-        sigc::bind(sigc::mem_fun(*this, &AttachmentBar::act), attachment.id, readable));
+        sigc::bind(sigc::mem_fun(*this, &AttachmentBar::act), attachment.id, action));
 
     auto* const child = Gtk::make_managed<Gtk::FlowBoxChild>();
     child->set_child(*button);

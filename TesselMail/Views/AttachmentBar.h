@@ -21,8 +21,10 @@ protected:
                        int& minimumBaseline, int& naturalBaseline) const override;
 
 private:
+    enum class Action { read, save };
+
     void add(const MailCore::MailAttachment& attachment);
-    void act(MailCore::UUID attachment, bool read);
+    void act(MailCore::UUID attachment, Action action);
 
     AppModel& model_;
     Gtk::FlowBox buttons_;
