@@ -46,14 +46,13 @@ LockedWebView::Owned<WebKitWebView> LockedWebView::makeView(WebKitNetworkSession
 
 LockedWebView::LockedWebView(std::string rulesFolder)
     : session_(webkit_network_session_new_ephemeral()), view_(makeView(session_.get())),
-      rulesFolder_(std::move(rulesFolder)), compiling_(g_cancellable_new()) {
+      rulesFolder_(std::move(rulesFolder)) {
     g_signal_connect(view_.get(), "create", G_CALLBACK(refuseWindow), nullptr);
     g_signal_connect(view_.get(), "permission-request", G_CALLBACK(refusePermission), nullptr);
     g_signal_connect(session_.get(), "download-started", G_CALLBACK(refuseDownload), nullptr);
 }
 
 LockedWebView::~LockedWebView() {
-    g_cancellable_cancel(compiling_.get()); // which its answer asks first
     removeFolder();
 }
 
@@ -62,12 +61,8 @@ void LockedWebView::removeFolder() const {
     std::filesystem::remove_all(rulesFolder_, ignored);
 }
 
-struct LockedWebView::Waiting {
-    LockedWebView* view;
-    Owned<GCancellable> compiling; // stopped when the view is gone
-};
-
 void LockedWebView::installRules(Installed installed) {
+    using Handle = MailCore::Alive<LockedWebView>::Handle;
     installed_ = std::move(installed);
     rules_.reset(webkit_user_content_filter_store_new(rulesFolder_.c_str()));
     const std::string& text = MailCore::MailSecurity::contentRules();
@@ -75,12 +70,10 @@ void LockedWebView::installRules(Installed installed) {
     webkit_user_content_filter_store_save(
         rules_.get(), rulesIdentifier, source, nullptr,
         [](GObject*, GAsyncResult* result, gpointer data) noexcept {
-            const std::unique_ptr<Waiting> waiting(static_cast<Waiting*>(data));
-            if (!g_cancellable_is_cancelled(waiting->compiling.get())) waiting->view->rulesCompiled(result);
+            const std::unique_ptr<Handle> self(static_cast<Handle*>(data));
+            if (*self) (*self)->rulesCompiled(result);
         },
-        std::make_unique<Waiting>(
-            Waiting{this, Owned<GCancellable>(G_CANCELLABLE(g_object_ref(compiling_.get())))})
-            .release());
+        std::make_unique<Handle>(alive_.handle()).release());
     g_bytes_unref(source);
 }
 

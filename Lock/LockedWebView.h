@@ -1,5 +1,7 @@
 #pragma once
 
+#include "MailCore/Platform/Alive.h"
+
 #include <webkit/webkit.h>
 
 #include <functional>
@@ -36,7 +38,6 @@ private:
     };
     template <typename Object>
     using Owned = std::unique_ptr<Object, Unref>;
-    struct Waiting;
 
     static Owned<WebKitWebView> makeView(WebKitNetworkSession* session);
     void rulesCompiled(GAsyncResult* result);
@@ -46,8 +47,8 @@ private:
     Owned<WebKitWebView> view_;
     std::string rulesFolder_;
     Owned<WebKitUserContentFilterStore> rules_;
-    Owned<GCancellable> compiling_;
     Installed installed_;
+    MailCore::Alive<LockedWebView> alive_{*this};
 };
 
 } // namespace TesselMail

@@ -2,10 +2,11 @@
 
 #include <memory>
 
-namespace TesselMail {
+namespace MailCore {
 
 /// Tells callbacks that may come late whether their owner is still there: they copy its handle and ask it
-/// before anything else. The last member of `Owner`, so that it is the first to go. Interface thread only.
+/// before anything else. The last member of `Owner`, so that it is the first to go. All of it happens on one
+/// thread.
 template <typename Owner>
 class Alive {
 public:
@@ -35,4 +36,4 @@ private:
     Handle handle_;
 };
 
-} // namespace TesselMail
+} // namespace MailCore

@@ -1,10 +1,10 @@
 #pragma once
 
+#include "MailCore/Platform/Alive.h"
 #include "MailCore/Platform/UUID.h"
 #include "MailCore/Rendering/RenderedMail.h"
 #include "TesselMail/Model/ReadingPage.h"
 #include "TesselMail/Model/Texts.h"
-#include "TesselMail/Platform/Alive.h"
 
 #include <cstdint>
 #include <functional>
@@ -110,7 +110,7 @@ private:
     std::optional<MailCore::UUID> terminatedAt_; // shown when the page failed to load or its process ended
     std::optional<MailCore::UUID> failedAt_;     // whose update script failed
     std::map<std::string, std::string, std::less<>> links_; // of the applied message, token → address
-    Alive<MailWebCoordinator> alive_{*this};
+    MailCore::Alive<MailWebCoordinator> alive_{*this};
 };
 
 } // namespace TesselMail

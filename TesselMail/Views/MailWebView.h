@@ -1,8 +1,8 @@
 #pragma once
 
 #include "Lock/LockedWebView.h"
+#include "MailCore/Platform/Alive.h"
 #include "TesselMail/Model/MailWebCoordinator.h"
-#include "TesselMail/Platform/Alive.h"
 #include "TesselMail/Views/LinkPopover.h"
 #include "TesselMail/Views/WebKitReadingPage.h"
 
@@ -64,7 +64,7 @@ private:
     const MailCore::UUID emptyPage_ = MailCore::UUID::random();
     bool loadFailed_ = false;
     MailWebCoordinator coordinator_;
-    Alive<MailWebView> alive_{*this};
+    MailCore::Alive<MailWebView> alive_{*this};
 };
 
 } // namespace TesselMail

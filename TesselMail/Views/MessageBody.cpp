@@ -35,7 +35,7 @@ MessageBody::~MessageBody() {
     g_signal_handlers_disconnect_by_data(adw_style_manager_get_default(), this);
 }
 
-Task MessageBody::prepareView(Alive<MessageBody>::Handle self) {
+Task MessageBody::prepareView(MailCore::Alive<MessageBody>::Handle self) {
     const bool sandboxed = co_await sandboxWorks();
     if (self) self->makeView(sandboxed);
 }

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "MailCore/Platform/Alive.h"
 #include "TesselMail/Model/AppModel.h"
-#include "TesselMail/Platform/Alive.h"
 #include "TesselMail/Platform/Task.h"
 #include "TesselMail/Views/MailWebView.h"
 #include "TesselMail/Views/PlainMessageView.h"
@@ -36,7 +36,7 @@ public:
     sigc::signal<void()>& signalShown() { return signalShown_; }
 
 private:
-    static Task prepareView(Alive<MessageBody>::Handle self);
+    static Task prepareView(MailCore::Alive<MessageBody>::Handle self);
     void makeView(bool sandboxed);
     bool wantsPlainText() const;
     bool lacksRules() const;
@@ -59,7 +59,7 @@ private:
     std::optional<MailCore::UUID> unanswered_; // the message that was awaited in vain
     sigc::connection watch_;
     sigc::signal<void()> signalShown_;
-    Alive<MessageBody> alive_{*this};
+    MailCore::Alive<MessageBody> alive_{*this};
 };
 
 } // namespace TesselMail

@@ -170,7 +170,7 @@ void SettingsWindow::askToBecomeHandler() {
     adw_message_dialog_add_response(question, "cancel", preferences.text(Texts::cancel).c_str());
     adw_message_dialog_set_default_response(question, "yes");
     adw_message_dialog_set_close_response(question, "cancel");
-    using Handle = Alive<SettingsWindow>::Handle;
+    using Handle = MailCore::Alive<SettingsWindow>::Handle;
     auto self = std::make_unique<Handle>(alive_.handle());
     g_signal_connect_data(
         question, "response", G_CALLBACK(+[](AdwMessageDialog*, const char* answer, const Handle* window) {
@@ -183,7 +183,7 @@ void SettingsWindow::askToBecomeHandler() {
     gtk_window_present(GTK_WINDOW(question));
 }
 
-Task SettingsWindow::becomeHandler(Alive<SettingsWindow>::Handle self, Later<bool> done) {
+Task SettingsWindow::becomeHandler(MailCore::Alive<SettingsWindow>::Handle self, Later<bool> done) {
     const bool changed = co_await std::move(done);
     if (!self) co_return;
     SettingsWindow& window = *self.get();

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "MailCore/Platform/Alive.h"
 #include "TesselMail/Model/AppModel.h"
-#include "TesselMail/Platform/Alive.h"
 #include "TesselMail/Platform/ObjectRef.h"
 
 #include <adwaita.h>
@@ -30,7 +30,7 @@ private:
     void choose(AdwComboRow* row);
     void store(const AdwComboRow* row, guint place);
     void askToBecomeHandler();
-    static Task becomeHandler(Alive<SettingsWindow>::Handle self, Later<bool> done);
+    static Task becomeHandler(MailCore::Alive<SettingsWindow>::Handle self, Later<bool> done);
 
     AppModel& model_;
     ObjectRef<AdwPreferencesWindow> window_;
@@ -47,7 +47,7 @@ private:
     sigc::connection changed_;
     sigc::signal<void()> closed_;
     bool updating_ = false; // rows change because the settings did
-    Alive<SettingsWindow> alive_{*this};
+    MailCore::Alive<SettingsWindow> alive_{*this};
 };
 
 } // namespace TesselMail

@@ -6,12 +6,12 @@
 #include "MailCore/Rendering/RenderedMail.h"
 #include "tests/Application/ModelFixture.h"
 #include "tests/Application/PageAnswer.h"
+#include "tests/Application/Sandbox.h"
 
 #include <gio/gio.h>
 #include <gtest/gtest.h>
 #include <gtk/gtk.h>
 
-#include <cstdlib>
 #include <filesystem>
 #include <memory>
 #include <string>
@@ -48,10 +48,8 @@ private:
 
 class Lock : public MainLoopTest {
 protected:
-    // Where the web view's sandbox cannot start there is no web view to be locked.
     void SetUp() override {
-        if (std::system("bwrap --unshare-user --ro-bind / / true >/dev/null 2>&1") != 0)
-            GTEST_SKIP() << "no sandbox, no web view";
+        if (!hasSandbox()) GTEST_SKIP() << "no sandbox, no web view";
         locked_ = std::make_unique<LockedWebView>(LockedWebView::makeRulesFolder());
         gtk_window_set_child(GTK_WINDOW(window_), GTK_WIDGET(view()));
         gtk_window_present(GTK_WINDOW(window_));

@@ -1,4 +1,4 @@
-#include "TesselMail/Platform/Alive.h"
+#include "MailCore/Platform/Alive.h"
 
 #include <gtest/gtest.h>
 
@@ -6,7 +6,7 @@
 #include <optional>
 #include <vector>
 
-namespace TesselMail::Testing {
+namespace MailCore::Testing {
 namespace {
 
 /// Something that leaves callbacks behind.
@@ -49,4 +49,4 @@ TEST(Alive, CountsItsOwnerAsGoneOnceToldSo) {
 }
 
 } // namespace
-} // namespace TesselMail::Testing
+} // namespace MailCore::Testing
