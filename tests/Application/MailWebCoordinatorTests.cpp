@@ -1,5 +1,7 @@
 #include "TesselMail/Model/MailWebCoordinator.h"
 
+#include "tests/Support/Case.h"
+
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
@@ -125,18 +127,13 @@ TEST_F(Coordinator, RunsOneUpdateAtATimeAndEndsWithTheLastContent) {
 }
 
 TEST_F(Coordinator, ChangesThemeAndSizeInPlace) {
-    struct Case {
-        std::string_view name;
-        double scale;
-        double fontSize;
-    };
-    const Case cases[] = {
+    const MailCore::Testing::Case<double, double> cases[] = {
         {"as wanted", 1.25, 20},
         {"too large", 3.0, 32},
         {"too small", 0.1, 8},
         {"not a number", std::numeric_limits<double>::quiet_NaN(), 16},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         FakePage page;
         MailWebCoordinator coordinator(page, nullptr, nullptr, [] {});
@@ -146,7 +143,7 @@ TEST_F(Coordinator, ChangesThemeAndSizeInPlace) {
         coordinator.finishedLoading(page.loads.back());
         page.answers.back()(true);
         shown.dark = true;
-        shown.scale = c.scale;
+        shown.scale = c.given;
         shown.paperRGB = MailWebCoordinator::paperColor(true);
         coordinator.show(shown, true);
         ASSERT_THAT(page.updates, SizeIs(2));
@@ -154,7 +151,7 @@ TEST_F(Coordinator, ChangesThemeAndSizeInPlace) {
         EXPECT_EQ(page.updates[1].body, "");
         EXPECT_TRUE(page.updates[1].dark);
         EXPECT_EQ(page.updates[1].paper, "#1E1E1E");
-        EXPECT_EQ(page.updates[1].fontSize, c.fontSize);
+        EXPECT_EQ(page.updates[1].fontSize, c.expected);
     }
 }
 

@@ -1,4 +1,5 @@
 #include "tests/Application/ModelFixture.h"
+#include "tests/Support/Case.h"
 #include "tests/Support/OutlookBuilder.h"
 
 #include <gmock/gmock.h>
@@ -72,20 +73,15 @@ TEST_F(Reading, ClearsThePaneAndSaysWhyWhenTheFileChanged) {
 }
 
 TEST_F(Reading, GoesOnWhereItWasWhenAChangedSourceIsOpenedAgain) {
-    struct Case {
-        std::string_view name;
-        std::string now;
-        std::string_view shown;
-    };
-    const Case cases[] = {
+    const MailCore::Testing::Case<std::string, std::string_view> cases[] = {
         {"something arrived after it", mailbox({"one", "two", "three"}), "two"},
         {"something before it is gone", mailbox({"two"}), "two"},
         {"it is gone", mailbox({"one"}), "one"},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         std::string before = mailbox({"one", "two"});
-        std::string now = c.now;
+        std::string now = c.given;
         for (std::string* const content : {&before, &now}) // the dates of `mailbox` tell places, not messages
             for (std::size_t at = 0; (at = content->find("Date: ", at)) != std::string::npos; ++at)
                 content->replace(at + 6, content->find('\n', at) - at - 6, "1 Jan 2024 10:00:00 +0000");
@@ -101,7 +97,7 @@ TEST_F(Reading, GoesOnWhereItWasWhenAChangedSourceIsOpenedAgain) {
         model_->dismissError(); // the pane offers it still
         model_->reopenSource();
         settle();
-        EXPECT_EQ(shownSubject(), c.shown);
+        EXPECT_EQ(shownSubject(), c.expected);
         EXPECT_EQ(*model_->readFailure, std::nullopt);
         EXPECT_EQ(*model_->remedy, Remedy::none);
         EXPECT_FALSE(*model_->error) << **model_->error;

@@ -1,5 +1,6 @@
 // What the message list shows while people type, sort, switch and open.
 #include "tests/Application/ModelFixture.h"
+#include "tests/Support/Case.h"
 
 #include <unistd.h>
 
@@ -18,12 +19,7 @@ protected:
 };
 
 TEST_F(Searching, ListsTheMessagesThatHoldTheText) {
-    struct Case {
-        std::string_view name;
-        std::string query;
-        std::vector<std::string> subjects;
-    };
-    const Case cases[] = {
+    const MailCore::Testing::Case<std::string, std::vector<std::string>> cases[] = {
         {"a subject in another case", "MINUTES", {"Minutes of May", "Minutes"}},
         {"blanks around the text", "  minutes of ", {"Minutes of May"}},
         {"a text that only the body has", "hello", {"Bread", "Minutes of May", "Minutes"}},
@@ -31,10 +27,10 @@ TEST_F(Searching, ListsTheMessagesThatHoldTheText) {
         {"blanks only", "   ", {"Bread", "Minutes of May", "Minutes"}},
     };
     open({mbox("a.mbox", {"Minutes", "Minutes of May", "Bread"})});
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        model_->setQuery(c.query);
-        waitForList(c.subjects);
+        model_->setQuery(c.given);
+        waitForList(c.expected);
         EXPECT_EQ(*model_->searchUnreadable, 0);
     }
 }

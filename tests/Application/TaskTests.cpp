@@ -1,6 +1,8 @@
 // How a task goes on after what it awaited: with a value, with an error, or not at all.
 #include "TesselMail/Platform/Task.h"
 
+#include "tests/Support/Case.h"
+
 #include <gtest/gtest.h>
 
 #include <memory>
@@ -40,25 +42,20 @@ Task awaitValue(Begin begin, std::string& told, std::shared_ptr<int>) {
 constexpr auto waysToAwait = {awaitOutcome, awaitValue};
 
 TEST(Tasks, AreToldWhatTheOperationEndedWith) {
-    struct Case {
-        std::string_view name;
-        Outcome<int> outcome;
-        std::string_view told;
-    };
-    const Case cases[] = {
+    const MailCore::Testing::Case<Outcome<int>, std::string_view> cases[] = {
         {"a value", 4, "4"},
         {"an error", std::make_exception_ptr(std::runtime_error("refused")), "refused"},
         {"no memory", std::make_exception_ptr(std::bad_alloc()), "no memory"},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         for (const auto await : waysToAwait) {
             SCOPED_TRACE(c.name);
             Finish finish;
             std::string told;
             await([&](Finish given) { finish = std::move(given); }, told, nullptr);
             EXPECT_EQ(told, "") << "not before it has ended";
-            finish(c.outcome);
-            EXPECT_EQ(told, c.told);
+            finish(c.given);
+            EXPECT_EQ(told, c.expected);
         }
     }
 }

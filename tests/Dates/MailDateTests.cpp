@@ -1,5 +1,7 @@
 #include "MailCore/Dates/MailDate.h"
 
+#include "tests/Support/Case.h"
+
 #include <gtest/gtest.h>
 
 namespace MailCore {
@@ -13,12 +15,7 @@ std::string nested(int depth) {
 }
 
 TEST(MailDateTimestamps, ReadWhatStandsInDateHeaders) {
-    struct Case {
-        std::string_view name;
-        std::string text;
-        std::optional<double> seconds;
-    };
-    const Case cases[] = {
+    const Testing::Case<std::string, std::optional<double>> cases[] = {
         {"the usual form with a comment", "Tue, 2 Jan 2024 09:15:30 +0800 (CST)", 1704158130},
         {"no weekday", "2 Jan 2024 09:15:30 +0800", 1704158130},
         {"no seconds", "Tue, 2 Jan 2024 09:15 -0530", 1704206700},
@@ -49,9 +46,9 @@ TEST(MailDateTimestamps, ReadWhatStandsInDateHeaders) {
         {"nothing", "", std::nullopt},
         {"no date", "yesterday", std::nullopt},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        EXPECT_EQ(MailDate::timestamp(c.text), c.seconds);
+        EXPECT_EQ(MailDate::timestamp(c.given), c.expected);
     }
 }
 
@@ -101,12 +98,7 @@ TEST(MailDateDisplay, KeepsTheSendersClockAndZone) {
 }
 
 TEST(MailDateComments, AreRemovedWhereTheyBalance) {
-    struct Case {
-        std::string_view name;
-        std::string text;
-        std::optional<std::string> result;
-    };
-    const Case cases[] = {
+    const Testing::Case<std::string, std::optional<std::string>> cases[] = {
         {"one", "a(b)c", "a c"},
         {"nested", "a(b(c)d)e", "a e"},
         {"an escaped parenthesis", R"(a(b\)c)d)", "a d"},
@@ -115,9 +107,9 @@ TEST(MailDateComments, AreRemovedWhereTheyBalance) {
         {"an escape at the end", R"(a(b\)", std::nullopt},
         {"a parenthesis with an accent is another character", "a(\u0301b", "a(\u0301b"},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        EXPECT_EQ(MailDate::withoutComments(c.text), c.result);
+        EXPECT_EQ(MailDate::withoutComments(c.given), c.expected);
     }
 }
 

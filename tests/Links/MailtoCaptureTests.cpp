@@ -1,6 +1,7 @@
 #include "MailCore/Links/MailtoCapture.h"
 
 #include "MailCore/Model/MailError.h"
+#include "tests/Support/Case.h"
 
 #include <gtest/gtest.h>
 
@@ -21,12 +22,7 @@ MailtoCapture expected(std::string to, std::string cc = "", std::string bcc = ""
 }
 
 TEST(MailtoCaptures, ReadWhatALinkCarries) {
-    struct Case {
-        std::string_view name;
-        std::string link;
-        MailtoCapture capture;
-    };
-    const Case cases[] = {
+    const Testing::Case<std::string, MailtoCapture> cases[] = {
         {"a scheme in capitals", "MAILTO:ann", expected("ann")},
         {"nothing", "mailto:", expected("")},
         {"an empty query", "mailto:ann?", expected("ann")},
@@ -50,11 +46,11 @@ TEST(MailtoCaptures, ReadWhatALinkCarries) {
         {"signs of equality in a value", "mailto:?subject=a=b?c", expected("", "", "", "a=b?c")},
         {"items that nobody knows", "mailto:a?attach=/etc/passwd&&=&from=b", expected("a")},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        MailtoCapture wanted = c.capture;
-        wanted.original = c.link;
-        EXPECT_EQ(MailtoCapture(c.link), wanted);
+        MailtoCapture wanted = c.expected;
+        wanted.original = c.given;
+        EXPECT_EQ(MailtoCapture(c.given), wanted);
     }
 }
 

@@ -1,5 +1,7 @@
 #include "MailCore/MIME/Base64.h"
 
+#include "tests/Support/Case.h"
+
 #include <gtest/gtest.h>
 
 using namespace MailCore;
@@ -14,12 +16,7 @@ std::optional<std::string> decoded(std::string_view text) {
 } // namespace
 
 TEST(Base64, SkipsForeignCharactersAndRefusesWhatIsNotWhole) {
-    struct Case {
-        std::string_view name;
-        std::string_view text;
-        std::optional<std::string> bytes;
-    };
-    const Case cases[] = {
+    const MailCore::Testing::Case<std::string_view, std::optional<std::string>> cases[] = {
         {"nothing", "", ""},
         {"nothing but foreign characters", " \r\n.", ""},
         {"one padding character", "SGVsbG8=", "Hello"},
@@ -36,9 +33,9 @@ TEST(Base64, SkipsForeignCharactersAndRefusesWhatIsNotWhole) {
         {"a character with three padding characters", "SGVsA===", std::nullopt},
         {"a group of padding", "SGVs====", std::nullopt},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        EXPECT_EQ(decoded(c.text), c.bytes);
+        EXPECT_EQ(decoded(c.given), c.expected);
     }
 }
 

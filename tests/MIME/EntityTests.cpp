@@ -1,5 +1,7 @@
 #include "MailCore/MIME/Entity.h"
 
+#include "tests/Support/Case.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
@@ -18,12 +20,7 @@ std::string bodyOf(std::string_view entity) {
 } // namespace
 
 TEST(Entity, ReadsFieldsAsTheyStand) {
-    struct Case {
-        std::string_view name;
-        std::string_view entity;
-        std::vector<Header> headers;
-    };
-    const Case cases[] = {
+    const MailCore::Testing::Case<std::string_view, std::vector<Header>> cases[] = {
         {"order, case and duplicates", "b: 1\r\nA: 2\r\nB:3\r\n\r\n", {{"b", "1"}, {"A", "2"}, {"B", "3"}}},
         {"folded lines", "A: one\r\n\t two \r\n  three\r\n\r\n", {{"A", "one two three"}}},
         {"a folded blank line", "A: one\n \nB: 2\n\n", {{"A", "one "}, {"B", "2"}}},
@@ -35,9 +32,9 @@ TEST(Entity, ReadsFieldsAsTheyStand) {
         {"no blank line", "A: 1\r\nB: 2", {{"A", "1"}, {"B", "2"}}},
         {"a CR left at the end", "A: 1\r\n\n", {{"A", "1\r"}}},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        EXPECT_EQ(split(c.entity).headers, c.headers);
+        EXPECT_EQ(split(c.given).headers, c.expected);
     }
 }
 

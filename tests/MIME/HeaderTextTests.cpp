@@ -1,16 +1,13 @@
 #include "MailCore/MIME/HeaderText.h"
 
+#include "tests/Support/Case.h"
+
 #include <gtest/gtest.h>
 
 using namespace MailCore;
 
 TEST(HeaderText, DecodesEncodedWords) {
-    struct Case {
-        std::string_view name;
-        std::string_view value;
-        std::string_view text;
-    };
-    const Case cases[] = {
+    const MailCore::Testing::Case<std::string_view, std::string_view> cases[] = {
         {"no word", "a =? b ?= c", "a =? b ?= c"},
         {"a character split across two words", "=?utf-8?B?5Lit?= =?UTF-8?b?5paH?=", "中文"},
         {"its bytes split too", "=?utf-8?B?5A==?=\t=?utf-8?Q?=B8=AD?=", "中"},
@@ -31,9 +28,9 @@ TEST(HeaderText, DecodesEncodedWords) {
         {"an unknown charset", "=?x-nobody?Q?=E9?=", "é"},
         {"a language suffix", "=?utf-8*fr?Q?=C3=A9?=", "é"},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        EXPECT_EQ(MIME::headerText(c.value), c.text);
+        EXPECT_EQ(MIME::headerText(c.given), c.expected);
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "MailCore/Model/Limits.h"
 #include "MailCore/Model/MailError.h"
+#include "tests/Support/Case.h"
 #include "tests/Support/MailBuilder.h"
 
 #include <gmock/gmock.h>
@@ -149,12 +150,7 @@ TEST(MIMEParse, RefusesWhatGoesBeyondItsLimits) {
         for (int level = 0; level < levels; ++level) mail = Mail().part(mail);
         return mail;
     };
-    struct Case {
-        std::string_view name;
-        Bytes message;
-        std::string_view failure;
-    };
-    const Case cases[] = {
+    const MailCore::Testing::Case<Bytes, std::string_view> cases[] = {
         {"nothing", {}, "malformed"},
         {"no field", raw("Hello\r\nyou there: x\r\n\r\nbody"), "malformed"},
         {"broken Base64 of a text", Mail().header("Content-Transfer-Encoding", "base64").text("QUJ"),
@@ -168,9 +164,9 @@ TEST(MIMEParse, RefusesWhatGoesBeyondItsLimits) {
         {"large parts, deep", heavy(11), ""},
         {"large parts, too deep", heavy(12), "tooLarge"},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        EXPECT_EQ(failure(c.message), c.failure);
+        EXPECT_EQ(failure(c.given), c.expected);
     }
     const MailMessage capped = parsed(raw("A: 1\n\n" + large.substr(6)));
     EXPECT_EQ(capped.plain.size(), static_cast<std::size_t>(Limits::rendered) - 2);

@@ -1,16 +1,13 @@
 #include "MailCore/MIME/Parameters.h"
 
+#include "tests/Support/Case.h"
+
 #include <gtest/gtest.h>
 
 using namespace MailCore;
 
 TEST(Parameters, ReadsKeysAndValues) {
-    struct Case {
-        std::string_view name;
-        std::string_view value;
-        MIME::Parameters map;
-    };
-    const Case cases[] = {
+    const MailCore::Testing::Case<std::string_view, MIME::Parameters> cases[] = {
         {"a value without parameters", "text/plain", {}},
         {"a token and a quoted value",
          "text/plain; CHARSET=UTF-8 ; Name = \"a; b.txt\"",
@@ -25,9 +22,9 @@ TEST(Parameters, ReadsKeysAndValues) {
         {"no value", "x; a=; b=c", {{"b", "c"}}},
         {"no semicolon before", "x a=b", {}},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        EXPECT_EQ(MIME::parameters(c.value), c.map);
+        EXPECT_EQ(MIME::parameters(c.given), c.expected);
     }
     std::string many;
     for (int index = 0; index < 300; ++index) many += ";k" + std::to_string(index) + "=v";

@@ -1,5 +1,7 @@
 #include "MailCore/MIME/PartScanner.h"
 
+#include "tests/Support/Case.h"
+
 #include <gtest/gtest.h>
 
 #include <string>
@@ -19,12 +21,7 @@ std::vector<std::string> partsOf(std::string_view body, MIME::Wanted wanted) {
 } // namespace
 
 TEST(PartScanner, CutsBodiesAtTheirDelimiters) {
-    struct Case {
-        std::string_view name;
-        std::string_view body;
-        std::vector<std::string> parts;
-    };
-    const Case cases[] = {
+    const MailCore::Testing::Case<std::string_view, std::vector<std::string>> cases[] = {
         {"preamble and epilogue", "before\r\n--b\r\nx\r\n--b--\r\nafter\r\n--b\r\ny", {"x"}},
         {"line feeds only", "--b\nx\n--b\ny\n--b--\n", {"x", "y"}},
         {"blanks after the delimiter", "--b \t\r\nx\n--b--junk\n--b\ny", {"x"}},
@@ -38,10 +35,10 @@ TEST(PartScanner, CutsBodiesAtTheirDelimiters) {
         {"closed at once", "--b--\nx", {}},
         {"nothing", "", {}},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         for (const auto wanted : {MIME::Wanted::everything, MIME::Wanted::texts})
-            EXPECT_EQ(partsOf(c.body, wanted), c.parts);
+            EXPECT_EQ(partsOf(c.given, wanted), c.expected);
     }
     for (std::size_t size = 131'060; size < 131'076; ++size) { // of what is looked through at once
         const std::string text(size, 'x');

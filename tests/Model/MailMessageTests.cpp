@@ -1,5 +1,7 @@
 #include "MailCore/Model/MailMessage.h"
 
+#include "tests/Support/Case.h"
+
 #include <gtest/gtest.h>
 
 #include <string_view>
@@ -8,12 +10,7 @@ namespace MailCore {
 namespace {
 
 TEST(Attachments, KnowWhichCanBeReadAsMessages) {
-    struct Case {
-        std::string_view name;
-        MailAttachment attachment;
-        bool canPreview;
-    };
-    const Case cases[] = {
+    const Testing::Case<MailAttachment, bool> cases[] = {
         {"by type", {.name = "x", .type = "Message/RFC822"}, true},
         {"by name", {.name = "Message.EML", .type = "application/octet-stream"}, true},
         {"an Outlook template", {.name = "x.oft", .type = ""}, true},
@@ -23,9 +20,9 @@ TEST(Attachments, KnowWhichCanBeReadAsMessages) {
          false},
         {"something else", {.name = "eml", .type = "image/png"}, false},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        EXPECT_EQ(c.attachment.canPreview(), c.canPreview);
+        EXPECT_EQ(c.given.canPreview(), c.expected);
     }
 }
 

@@ -1,5 +1,6 @@
 #include "MailCore/Model/SafeFilename.h"
 
+#include "tests/Support/Case.h"
 #include "tests/Support/Repeated.h"
 
 #include <gtest/gtest.h>
@@ -14,12 +15,7 @@ using namespace std::string_literals;
 using Testing::repeated;
 
 TEST(SafeFilenames, CanBeCreatedAnywhere) {
-    struct Case {
-        std::string_view name;
-        std::string given;
-        std::string safe;
-    };
-    const Case cases[] = {
+    const Testing::Case<std::string, std::string> cases[] = {
         {"nothing", "", "Attachment"},
         {"blanks", " \u3000 ", "Attachment"},
         {"a dot", ".", "Attachment"},
@@ -39,9 +35,9 @@ TEST(SafeFilenames, CanBeCreatedAnywhere) {
         {"a first character that is too long", "e" + repeated("\u0301", 200) + ".pdf", "Attachment.pdf"},
         {"a hidden name", ".profile", ".profile"},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        EXPECT_EQ(safeFilename(c.given), c.safe);
+        EXPECT_EQ(safeFilename(c.given), c.expected);
     }
 }
 

@@ -1,6 +1,7 @@
 #include "MailCore/Outlook/Outlook.h"
 
 #include "MailCore/Model/Limits.h"
+#include "tests/Support/Case.h"
 #include "tests/Support/Errors.h"
 #include "tests/Support/OutlookBuilder.h"
 
@@ -92,12 +93,7 @@ TEST(OutlookMessages, FallBackToTransportHeaders) {
 }
 
 TEST(OutlookMessages, NameTheirSender) {
-    struct Case {
-        std::string_view name;
-        OutlookMail mail;
-        std::string_view from;
-    };
-    const Case cases[] = {
+    const Case<OutlookMail, std::string_view> cases[] = {
         {"name and address", note().from("Ana", "a@b"), "Ana <a@b>"},
         {"name alone", note().from("Ana", ""), "Ana"},
         {"address alone", note().from("", "a@b"), "a@b"},
@@ -108,7 +104,7 @@ TEST(OutlookMessages, NameTheirSender) {
         {"a header alone", note().transport("From: Bo <b@c>"), "Bo <b@c>"},
         {"nobody", note(), ""},
     };
-    for (const Case& c : cases) EXPECT_EQ(parsed(c.mail).from, c.from) << c.name;
+    for (const auto& c : cases) EXPECT_EQ(parsed(c.given).from, c.expected) << c.name;
 }
 
 TEST(OutlookStrings, AreUnicodeOrBytesOfACodePage) {
@@ -175,12 +171,7 @@ TEST(OutlookStrings, AreReadInTheCharsetOfTheMessageAround) {
 }
 
 TEST(OutlookBodies, AreTakenFromWhereTheyAre) {
-    struct Case {
-        std::string_view name;
-        OutlookMail mail;
-        std::string_view html;
-    };
-    const Case cases[] = {
+    const Case<OutlookMail, std::string_view> cases[] = {
         {"bytes in UTF-8 for want of a charset", note().html("<p>é</p>\r\n\0"sv), "<p>é</p>"},
         {"bytes of the internet code page", note().internetCodepage(1252).html("<p>\xE9</p>"), "<p>é</p>"},
         {"bytes, not of the message code page", note().codepage(936).html("<p>é</p>"), "<p>é</p>"},
@@ -195,7 +186,7 @@ TEST(OutlookBodies, AreTakenFromWhereTheyAre) {
         {"bytes before text", note().html("<b>").text(0x1013, "<i>"), "<b>"},
         {"compressed text only", note().binary(0x1009, "LZFu"), ""},
     };
-    for (const Case& c : cases) EXPECT_EQ(parsed(c.mail).html, c.html) << c.name;
+    for (const auto& c : cases) EXPECT_EQ(parsed(c.given).html, c.expected) << c.name;
 }
 
 TEST(OutlookBodies, AreCutAtFourMebibytes) {
@@ -210,12 +201,7 @@ TEST(OutlookBodies, AreCutAtFourMebibytes) {
 
 TEST(OutlookDates, ComeFromHeadersOrTimes) {
     constexpr std::uint32_t submit = 0x0039'0040, delivery = 0x0E06'0040;
-    struct Case {
-        std::string_view name;
-        OutlookMail mail;
-        std::string_view date;
-    };
-    const Case cases[] = {
+    const Case<OutlookMail, std::string_view> cases[] = {
         {"a readable header", note().transport("Date: Wed, 3 Jan 2024 10:00:00 +0100").submitted(newYear),
          "Wed, 3 Jan 2024 10:00:00 +0100"},
         {"an unreadable header", note().transport("Date: someday").submitted(newYear), newYearText},
@@ -233,7 +219,7 @@ TEST(OutlookDates, ComeFromHeadersOrTimes) {
         {"a negative time", note().fixed(delivery, ~std::uint64_t{0}), ""},
         {"none", note(), ""},
     };
-    for (const Case& c : cases) EXPECT_EQ(parsed(c.mail).date, c.date) << c.name;
+    for (const auto& c : cases) EXPECT_EQ(parsed(c.given).date, c.expected) << c.name;
 }
 
 TEST(OutlookRecipients, FillWhatHasNoDisplayText) {
@@ -384,12 +370,7 @@ TEST(OutlookFiles, AreRefusedAboveTheirLimits) {
         return mail;
     };
     const std::string most(262'144, '\0');
-    struct Case {
-        std::string_view name;
-        OutlookMail mail;
-        std::string_view error;
-    };
-    const Case cases[] = {
+    const Case<OutlookMail, std::string_view> cases[] = {
         {"eight levels of attached messages", nested(8), "none"},
         {"nine levels", nested(9), "tooMany"},
         {"500 attachments", attachments(note(), 500), "none"},
@@ -409,7 +390,7 @@ TEST(OutlookFiles, AreRefusedAboveTheirLimits) {
         {"a larger one of an attached message", note().attachedMessage(note().propertyStream(most + " ")),
          "tooMany"},
     };
-    for (const Case& c : cases) EXPECT_EQ(errorOfParsing(c.mail), c.error) << c.name;
+    for (const auto& c : cases) EXPECT_EQ(errorOfParsing(c.given), c.expected) << c.name;
     // Both are too many: the size is looked at first.
     EXPECT_EQ(errorOfParsing(Bytes(static_cast<std::size_t>(Limits::message) + 1, std::byte{})), "tooLarge");
     EXPECT_EQ(errorOfParsing(Bytes(static_cast<std::size_t>(Limits::message), std::byte{})), "malformed");
@@ -447,12 +428,7 @@ TEST(OutlookFiles, ShareOneBudgetOfBytes) {
 TEST(OutlookFiles, AreMalformedWithoutAnythingToShow) {
     const OutlookMail nothing =
         OutlookMail().to("t").cc("c").submitted(newYear).recipient("r", "r@t").transport("To: x");
-    struct Case {
-        std::string_view name;
-        OutlookMail mail;
-        std::string_view error;
-    };
-    const Case cases[] = {
+    const Case<OutlookMail, std::string_view> cases[] = {
         {"recipients, date and headers", nothing, "malformed"},
         {"texts of control characters", OutlookMail(nothing).subject("\r\n").plain("\0"sv).html("\r\n"),
          "malformed"},
@@ -467,7 +443,7 @@ TEST(OutlookFiles, AreMalformedWithoutAnythingToShow) {
         {"an attached message that is not there", note().attachment(OutlookMail().fixed(0x3705'0003, 5)),
          "malformed"},
     };
-    for (const Case& c : cases) EXPECT_EQ(errorOfParsing(c.mail), c.error) << c.name;
+    for (const auto& c : cases) EXPECT_EQ(errorOfParsing(c.given), c.expected) << c.name;
     EXPECT_EQ(errorOfParsing(Container().stream("Workbook", "another kind of document").file().bytes()),
               "malformed");
 }

@@ -1,5 +1,6 @@
 #include "MailCore/Platform/ImageHeader.h"
 
+#include "tests/Support/Case.h"
 #include "tests/Support/TestImages.h"
 
 #include <gtest/gtest.h>
@@ -20,12 +21,7 @@ std::optional<ImageHeader> inspected(std::string_view data) {
 } // namespace
 
 TEST(ImageHeader, ReadsSizeAndFrames) {
-    struct Case {
-        std::string_view name;
-        std::string data;
-        std::optional<ImageHeader> header;
-    };
-    const Case cases[] = {
+    const Case<std::string, std::optional<ImageHeader>> cases[] = {
         {"PNG", png(640, 480), ImageHeader{640, 480, 1}},
         {"animated PNG", png(64, 48, animationControl(12)), ImageHeader{64, 48, 2}},
         {"animated PNG of one frame", png(64, 48, animationControl(1)), ImageHeader{64, 48, 1}},
@@ -53,9 +49,9 @@ TEST(ImageHeader, ReadsSizeAndFrames) {
         {"another type", "BM000000", std::nullopt},
         {"nothing", "", std::nullopt},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        EXPECT_EQ(inspected(c.data), c.header);
+        EXPECT_EQ(inspected(c.given), c.expected);
     }
 }
 

@@ -1,6 +1,7 @@
 #include "MailCore/Platform/UTF16.h"
 
 #include "MailCore/Platform/Converter.h"
+#include "tests/Support/Case.h"
 
 #include <gtest/gtest.h>
 
@@ -13,12 +14,7 @@ namespace {
 using namespace std::string_literals;
 
 TEST(UTF16, TakesWellFormedBytesOnly) {
-    struct Case {
-        std::string_view name;
-        std::string bytes;
-        std::optional<std::string> text;
-    };
-    const Case cases[] = {
+    const Testing::Case<std::string, std::optional<std::string>> cases[] = {
         {"nothing", "", ""},
         {"fewer than four units of ASCII", "a\0b\0c\0"s, "abc"},
         {"ASCII around other scripts", "a\0b\0c\0d\0\xE9\0e\0f\0g\0h\0\x2D\x4E"s, "abcdéefgh中"},
@@ -31,9 +27,9 @@ TEST(UTF16, TakesWellFormedBytesOnly) {
         {"a low half first", "\0\xDE\x3D\xD8"s, std::nullopt},
         {"an odd byte", "a\0b"s, std::nullopt},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        EXPECT_EQ(Text::fromUTF16LE(bytesOf(c.bytes)), c.text);
+        EXPECT_EQ(Text::fromUTF16LE(bytesOf(c.given)), c.expected);
     }
 }
 

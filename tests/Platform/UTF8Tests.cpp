@@ -1,5 +1,7 @@
 #include "MailCore/Platform/UTF8.h"
 
+#include "tests/Support/Case.h"
+
 #include <gtest/gtest.h>
 
 namespace MailCore {
@@ -8,12 +10,7 @@ namespace {
 using namespace std::string_literals;
 
 TEST(UTF8Repair, PutsOneReplacementForEachMaximalInvalidSequence) {
-    struct Case {
-        std::string_view name;
-        std::string bytes;
-        std::string text;
-    };
-    const Case cases[] = {
+    const Testing::Case<std::string, std::string> cases[] = {
         {"ASCII", "plain", "plain"},
         {"well formed", "é中😀", "é中😀"},
         {"a lone continuation", "a\x80z", "a\uFFFDz"},
@@ -24,10 +21,10 @@ TEST(UTF8Repair, PutsOneReplacementForEachMaximalInvalidSequence) {
         {"above U+10FFFF", "\xF4\x90\x80\x80", "\uFFFD\uFFFD\uFFFD\uFFFD"},
         {"U+0000 stays", "a\0b"s, "a\0b"s},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        EXPECT_EQ(Text::repaired(bytesOf(c.bytes)), c.text);
-        EXPECT_EQ(Text::isValid(bytesOf(c.bytes)), c.bytes == c.text);
+        EXPECT_EQ(Text::repaired(bytesOf(c.given)), c.expected);
+        EXPECT_EQ(Text::isValid(bytesOf(c.given)), c.given == c.expected);
     }
 }
 

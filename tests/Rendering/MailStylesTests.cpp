@@ -1,5 +1,6 @@
 #include "MailCore/Rendering/MailStyles.h"
 
+#include "tests/Support/Case.h"
 #include "tests/Support/Repeated.h"
 
 #include <gtest/gtest.h>
@@ -90,12 +91,7 @@ TEST(MailStyles, LimitsRulesOfAllSheets) {
 }
 
 TEST(MailStyles, KeepsDeclarations) {
-    struct Case {
-        std::string_view name;
-        std::string given;
-        std::optional<std::string> kept;
-    };
-    const Case cases[] = {
+    const MailCore::Testing::Case<std::string, std::optional<std::string>> cases[] = {
         {"several", " COLOR : Red ; width:1px;;x;y: ", "color:var(--mail-color-0);width:1px"},
         {"important", "color:red !important;width:1px!IMPORTANT",
          "color:var(--mail-color-0)!important;width:1px!important"},
@@ -113,9 +109,9 @@ TEST(MailStyles, KeepsDeclarations) {
         {"a shorthand keeps its colour only", "background:blue", "background-color:var(--mail-color-0)"},
         {"hidden by another program", "mso-hide:all;mso-hide:none", "display:none"},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        EXPECT_EQ(MailStyles().declarations(c.given), c.kept);
+        EXPECT_EQ(MailStyles().declarations(c.given), c.expected);
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include "MailCore/Rendering/SafeHTML.h"
 
+#include "tests/Support/Case.h"
 #include "tests/Support/Repeated.h"
 
 #include <gtest/gtest.h>
@@ -16,12 +17,7 @@ std::string readable(std::string html) {
 }
 
 TEST(ReadableText, KeepsTheShapeOfAMessage) {
-    struct Case {
-        std::string_view name;
-        std::string html;
-        std::string_view text;
-    };
-    const Case cases[] = {
+    const MailCore::Testing::Case<std::string, std::string_view> cases[] = {
         {"nothing", "<p> </p><div></div>", ""},
         {"paragraphs", "<p>One\n two</p>\n<p>Three</p>", "One two\n\nThree"},
         {"line breaks", "One<br>two<br><br>three", "One\ntwo\n\nthree"},
@@ -45,9 +41,9 @@ TEST(ReadableText, KeepsTheShapeOfAMessage) {
         {"a rule", "a<hr>b", "a\n\nb"},
         {"links by their text", "<a href='https://tessel.example/'>there</a>", "there"},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        EXPECT_EQ(readable(c.html), c.text);
+        EXPECT_EQ(readable(c.given), c.expected);
     }
 }
 

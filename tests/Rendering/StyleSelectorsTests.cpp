@@ -1,16 +1,13 @@
 #include "MailCore/Rendering/StyleSelectors.h"
 
+#include "tests/Support/Case.h"
+
 #include <gtest/gtest.h>
 
 using namespace MailCore;
 
 TEST(StyleSelectors, AreScoped) {
-    struct Case {
-        std::string_view name;
-        std::string given;
-        std::optional<std::string> kept;
-    };
-    const Case cases[] = {
+    const MailCore::Testing::Case<std::string, std::optional<std::string>> cases[] = {
         {"html", "html", ".mail-content"},
         {"body", " body\n", ".mail-content"},
         {"both", "html body", ".mail-content"},
@@ -28,8 +25,8 @@ TEST(StyleSelectors, AreScoped) {
         {"escapes", "\\70", std::nullopt},
         {"closing the element", "</style>", std::nullopt},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        EXPECT_EQ(StyleSelectors::scoped(c.given), c.kept);
+        EXPECT_EQ(StyleSelectors::scoped(c.given), c.expected);
     }
 }

@@ -1,6 +1,7 @@
 #include "MailCore/Rendering/StyleValues.h"
 
 #include "MailCore/Rendering/MailStyles.h"
+#include "tests/Support/Case.h"
 
 #include <gtest/gtest.h>
 
@@ -9,12 +10,7 @@
 using namespace MailCore;
 
 TEST(StyleValues, LimitLengths) {
-    struct Case {
-        std::string_view name;
-        std::string text;
-        bool isLength;
-    };
-    const Case cases[] = {
+    const MailCore::Testing::Case<std::string, bool> cases[] = {
         {"as many digits as one likes", "0." + std::string(400, '0') + "1px", true},
         {"more than fits", std::string(400, '9') + "px", false},
         {"the longest", "4096px", true},
@@ -27,9 +23,9 @@ TEST(StyleValues, LimitLengths) {
         {"digits of another script", "\u0661px", false},
         {"a unit in upper case", "1PX", false},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        EXPECT_EQ(StyleValues::isLength(c.text, false), c.isLength);
+        EXPECT_EQ(StyleValues::isLength(c.given, false), c.expected);
     }
     EXPECT_TRUE(StyleValues::isLength("-100px", true));
     EXPECT_FALSE(StyleValues::isLength("-100.1px", true));

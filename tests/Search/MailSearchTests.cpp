@@ -2,6 +2,7 @@
 
 #include "tests/Search/PlainAlgorithm.h"
 #include "tests/Sources/SourceSupport.h"
+#include "tests/Support/Case.h"
 #include "tests/Support/MailBuilder.h"
 #include "tests/Support/TemporaryFolder.h"
 
@@ -68,12 +69,7 @@ TEST(MailSearch, LooksThroughTheEntryAndThenThroughTheTexts) {
                                       .length = static_cast<std::int64_t>(bytes.size()),
                                       .file = folder.write("a.eml", bytes),
                                       .recipients = "entry recipient"});
-    struct Case {
-        std::string_view name;
-        std::string_view query;
-        bool found;
-    };
-    const Case cases[] = {
+    const Case<std::string_view, bool> cases[] = {
         {"subject", "ENTRY SUBJECT", true},
         {"sender", "entry sender", true},
         {"recipients", "recipient", true},
@@ -92,9 +88,9 @@ TEST(MailSearch, LooksThroughTheEntryAndThenThroughTheTexts) {
         {"across two fields", "carbon@tessel.example The", false},
         {"blanks inside", "plain  text", false},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        EXPECT_EQ(scan({{entry}}, c.query).entries.size(), c.found ? 1U : 0U);
+        EXPECT_EQ(scan({{entry}}, c.given).entries.size(), c.expected ? 1U : 0U);
     }
     EXPECT_THAT(ids(MailSearch::matching({{entry}}, "entry s", never, Rules::standard)), ElementsAre(0));
     EXPECT_THAT(MailSearch::matching({{entry}}, "quintessence", never, Rules::standard), IsEmpty());

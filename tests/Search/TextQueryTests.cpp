@@ -3,6 +3,7 @@
 #include "MailCore/Platform/Text.h"
 #include "MailCore/Platform/UTF8.h"
 #include "tests/Search/PlainAlgorithm.h"
+#include "tests/Support/Case.h"
 
 #include <gtest/gtest.h>
 #include <unicode/locid.h>
@@ -199,12 +200,7 @@ TEST(TextQuery, FindsNothingInHostileTexts) {
         while (text.size() < bytes) text += piece;
         return text;
     };
-    struct Case {
-        std::string_view name;
-        std::string text;
-        std::string query;
-    };
-    const Case cases[] = {
+    const Case<std::string, std::string> cases[] = {
         {"near matches of a long query", repeated(std::string(99, 'a') + "b", size),
          std::string(100'000, 'a') + "c"},
         {"near matches with a common end", repeated(std::string(9'999, 'a') + "b", size),
@@ -222,10 +218,10 @@ TEST(TextQuery, FindsNothingInHostileTexts) {
         {"joiners", repeated("👩\u200D", size), "👩"},
         {"dotted I", repeated("I\u0323\u0307", size), "ix"},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
         for (const Rules rules : {Rules::standard, Rules::turkic})
-            EXPECT_FALSE(TextQuery(c.query, rules).isIn(c.text));
+            EXPECT_FALSE(TextQuery(c.expected, rules).isIn(c.given));
     }
 }
 

@@ -1,6 +1,7 @@
 #include "MailCore/Sources/Mbox.h"
 
 #include "tests/Sources/SourceSupport.h"
+#include "tests/Support/Case.h"
 #include "tests/Support/TemporaryFolder.h"
 
 #include <filesystem>
@@ -92,12 +93,7 @@ TEST(Mbox, BelievesASingleContentLengthThatFits) {
         return envelope + "Subject: outer\n" + std::string(fields) + "\n";
     };
     const std::string size = std::to_string(inner.size());
-    struct Case {
-        std::string_view name;
-        std::string fields;
-        std::size_t messages;
-    };
-    const Case cases[] = {
+    const Case<std::string, std::size_t> cases[] = {
         {"covering the body", "Content-Length: " + size + "\n", 2},
         {"in any case", "CONTENT-LENGTH: +" + size + "\n", 2},
         {"past the end of the file", "Content-Length: 1000000\n", 3},
@@ -107,9 +103,9 @@ TEST(Mbox, BelievesASingleContentLengthThatFits) {
         {"given twice", "Content-Length: " + size + "\nContent-Length: " + size + "\n", 3},
         {"absent", "", 3},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        EXPECT_EQ(indexed(outer(c.fields) + inner + message("last", "")).size(), c.messages);
+        EXPECT_EQ(indexed(outer(c.given) + inner + message("last", "")).size(), c.expected);
     }
 }
 
@@ -179,21 +175,16 @@ TEST(Mbox, StopsAtTheBudgetWithWhatItHas) {
 
 TEST(Mbox, RefusesWhatIsNoArchive) {
     const TemporaryFolder folder;
-    struct Case {
-        std::string_view name;
-        std::string content;
-        std::string_view error;
-    };
-    const Case cases[] = {
+    const Case<std::string, std::string_view> cases[] = {
         {"an empty file", "", "malformed"},
         {"one byte", "F", "malformed"},
         {"text", "Hello\nworld\n", "malformed"},
         {"headers without sender or subject", "X-One: 1\nDate: 2\n\n", "malformed"},
     };
-    for (const Case& c : cases) {
+    for (const auto& c : cases) {
         SCOPED_TRACE(c.name);
-        const URL url = folder.write("a.mbox", c.content);
-        EXPECT_EQ(errorOf([&] { collectionOf(url); }), c.error);
+        const URL url = folder.write("a.mbox", c.given);
+        EXPECT_EQ(errorOf([&] { collectionOf(url); }), c.expected);
     }
 }
 
