@@ -5,7 +5,8 @@ cd "$(dirname "${BASH_SOURCE[0]}")/.."
 
 say() { printf '\033[1m==>\033[0m %s\n' "$*"; }
 
-buildPackages=(g++ cmake ninja-build pkg-config libicu-dev libglib2.0-dev libpng-dev libjpeg-dev libgif-dev libfmt-dev)
+buildPackages=(g++ cmake ninja-build pkg-config libicu-dev libglib2.0-dev libpng-dev libjpeg-dev libgif-dev libfmt-dev
+    libseccomp-dev)
 applicationPackages=(libgtkmm-4.0-dev libadwaita-1-dev libwebkitgtk-6.0-dev adwaita-icon-theme librsvg2-common bubblewrap
     xdg-dbus-proxy dbus fonts-dejavu-core fonts-noto-cjk)
 displayPackages=(xvfb xauth imagemagick)
