@@ -14,6 +14,7 @@ namespace TesselMail {
 class MessageList : public Gtk::Box {
 public:
     explicit MessageList(AppModel& model);
+    ~MessageList() override { clock_.disconnect(); }
 
     Adwaita::HeaderBar& header() noexcept { return header_; }
     /// Emitted when people click a message, also the one that is selected.
@@ -40,6 +41,7 @@ private:
     void bringIntoView(guint position);
     bool scrollWhenLaidOut();
     bool focusSelected();
+    bool showNewDay();
     void showTitle();
     void showNotice();
     void showSearch();
@@ -68,6 +70,8 @@ private:
     Adwaita::StatusPage empty_{"mail-read-symbolic"};
     Glib::RefPtr<EntryRows> rows_;
     Glib::RefPtr<Gtk::SingleSelection> selection_;
+    sigc::connection clock_;
+    Glib::Date today_;
     sigc::signal<void()> chosen_;
     sigc::signal<void()> entered_;
     std::optional<AppModel::CollectionID> shownCollection_;

@@ -1,6 +1,8 @@
 #include "TesselMail/Views/MessageRow.h"
 
+#include "MailCore/Dates/BriefDate.h"
 #include "MailCore/Dates/MailDate.h"
+#include "MailCore/Model/SenderName.h"
 #include "TesselMail/Views/AdwaitaWidgets.h"
 #include "TesselMail/Views/DisplayText.h"
 #include "TesselMail/Views/SystemLocale.h"
@@ -22,6 +24,17 @@ void setUpLine(Gtk::Inscription& line) {
     line.set_text_overflow(Gtk::Inscription::Overflow::ELLIPSIZE_END);
 }
 
+std::string wholeDate(const MailCore::MessageEntry& entry) {
+    if (entry.date.empty()) return {};
+    return displayed(MailCore::MailDate::display(entry.date, systemLocale()), longestShown);
+}
+
+// By this computer's clock: a list is looked through from here and now.
+std::string briefDate(double seconds) {
+    static const MailCore::BriefDate dates(systemLocale());
+    return dates.text(seconds, static_cast<double>(g_get_real_time()) / G_USEC_PER_SEC);
+}
+
 } // namespace
 
 MessageRow::MessageRow(Preferences& preferences)
@@ -37,6 +50,10 @@ MessageRow::MessageRow(Preferences& preferences)
     const auto click = Gtk::GestureClick::create();
     click->signal_released().connect([this](int, double, double) { clicked_.emit(); });
     add_controller(click);
+    set_has_tooltip(true);
+    signal_query_tooltip().connect(
+        [this](int, int, bool, const Glib::RefPtr<Gtk::Tooltip>& tooltip) { return showTooltip(tooltip); },
+        false);
     preferences_.signalChanged().connect(sigc::mem_fun(*this, &MessageRow::showTexts));
 }
 
@@ -48,20 +65,28 @@ void MessageRow::show(MailCore::SharedEntry entry) {
 // The name is put on the list's own widget around this one, which is what a screen reader comes to.
 void MessageRow::showTexts() {
     if (!entry_) return;
-    const std::string sender =
-        entry_->from.empty() ? preferences_.text(Texts::noSender) : displayed(entry_->from, longestShown);
+    const std::string sender = entry_->from.empty()
+                                   ? preferences_.text(Texts::noSender)
+                                   : displayed(MailCore::senderName(entry_->from.view()), longestShown);
     const std::string subject = entry_->subject.empty() ? preferences_.text(Texts::noSubject)
                                                         : displayed(entry_->subject, longestShown);
-    const std::string date =
-        entry_->date.empty()
-            ? ""
-            : displayed(MailCore::MailDate::display(entry_->date, systemLocale()), longestShown);
+    const std::string date = wholeDate(*entry_);
     sender_.set_text(sender);
     subject_.set_text(subject);
-    date_.set_text(date);
+    date_.set_text(entry_->timestamp ? briefDate(*entry_->timestamp) : date);
     std::string name = spoken(sender) + ", " + spoken(subject);
     if (!date.empty()) name += ", " + spoken(date);
     if (Gtk::Widget* const item = get_parent()) Adwaita::setName(*item, name);
+}
+
+bool MessageRow::showTooltip(const Glib::RefPtr<Gtk::Tooltip>& tooltip) const {
+    if (!entry_) return false;
+    std::string text;
+    for (const std::string& line :
+         {displayed(entry_->from.view()), displayed(entry_->subject.view()), wholeDate(*entry_)})
+        if (!spoken(line).empty()) text += (text.empty() ? "" : "\n") + line;
+    Adwaita::showTooltip(tooltip, text);
+    return !text.empty();
 }
 
 } // namespace TesselMail

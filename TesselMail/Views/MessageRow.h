@@ -7,8 +7,8 @@
 
 namespace TesselMail {
 
-/// One row of the message list: sender, subject and date, each on a line of fixed height, so that all rows
-/// are equally tall whatever is written in them.
+/// One row of the message list: the sender's name, subject and short date, each on a line of fixed height, so
+/// that all rows are equally tall whatever is written in them. Who points at it sees all three whole.
 class MessageRow : public Gtk::Box {
 public:
     /// `preferences` outlive the row.
@@ -16,10 +16,13 @@ public:
     /// Emitted when the row is clicked, whether or not that changes the selection.
     sigc::signal<void()>& signalClicked() noexcept { return clicked_; }
     void show(MailCore::SharedEntry entry);
+    /// Shows the same once more: another day has begun.
+    void refresh() { showTexts(); }
     const MailCore::SharedEntry& entry() const noexcept { return entry_; }
 
 private:
     void showTexts();
+    bool showTooltip(const Glib::RefPtr<Gtk::Tooltip>& tooltip) const;
 
     Preferences& preferences_;
     MailCore::SharedEntry entry_;
