@@ -1,6 +1,8 @@
 #include "TesselMail/Views/MailWebView.h"
 
+#include "MailCore/Rendering/LinkText.h"
 #include "TesselMail/Model/AppModel.h"
+#include "TesselMail/Views/AdwaitaWidgets.h"
 #include "TesselMail/Views/DisplayText.h"
 
 #include <cmath>
@@ -71,6 +73,7 @@ MailWebView::MailWebView(AppModel& model, std::string rulesFolder)
     target_.set_valign(Gtk::Align::END);
     target_.set_ellipsize(Pango::EllipsizeMode::MIDDLE);
     target_.add_css_class("link-target");
+    Adwaita::makeLive(target_, Adwaita::Live::status);
     target_.set_can_target(false);
     target_.set_visible(false);
     add_overlay(target_);
@@ -203,9 +206,12 @@ bool MailWebView::press(guint key, Gdk::ModifierType modifiers) {
 }
 
 void MailWebView::moveFocus(bool forward) {
-    page_.moveFocus(forward, [self = alive_.handle(), forward](bool moved) {
-        if (self && !moved) self->leave(forward);
-    });
+    page_.moveFocus(forward,
+                    [self = alive_.handle(), forward](const std::optional<WebKitReadingPage::Link>& link) {
+                        if (!self) return;
+                        self->showTarget(link ? link->href : "", link ? link->text : "");
+                        if (!link) self->leave(forward);
+                    });
 }
 
 void MailWebView::leave(bool forward) {
@@ -216,9 +222,22 @@ void MailWebView::leave(bool forward) {
 
 void MailWebView::pointAt(WebKitHitTestResult* hit) {
     const char* const uri = webkit_hit_test_result_get_link_uri(hit);
-    const auto address = uri ? coordinator_.linkBehind(uri) : std::nullopt;
+    const char* const label = webkit_hit_test_result_get_link_label(hit);
+    showTarget(uri ? uri : "", label ? label : "");
+}
+
+// Where the link `href` of the page leads, and whether its `text` says otherwise.
+void MailWebView::showTarget(std::string_view href, std::string_view text) {
+    const auto address = coordinator_.linkBehind(href);
     target_.set_visible(address.has_value());
-    if (address) target_.set_text(displayed(*address, 300));
+    if (!address) return;
+    const bool elsewhere = MailCore::leadsElsewhere(text, *address);
+    const std::string mark = elsewhere ? model_.preferences().text(Texts::leadsElsewhere) : std::string();
+    target_.set_text(mark + displayed(*address, 300));
+    if (elsewhere)
+        target_.add_css_class("leads-elsewhere");
+    else
+        target_.remove_css_class("leads-elsewhere");
 }
 
 // What the menu offers by default would open, download or reload; only copying makes sense here.

@@ -49,6 +49,7 @@ private:
     void moveFocus(bool forward);
     void leave(bool forward);
     void pointAt(WebKitHitTestResult* hit);
+    void showTarget(std::string_view href, std::string_view text);
     void prepareMenu(WebKitContextMenu* menu, WebKitHitTestResult* hit);
     void copyLink(const Glib::VariantBase& address);
     void showLink(const std::string& address, PageRectangle place);
@@ -57,7 +58,7 @@ private:
     LockedWebView locked_;
     ObjectRef<WebKitWebView> view_;
     WebKitReadingPage page_;
-    Gtk::Label target_; // the address under the pointer
+    Gtk::Label target_; // the address under the pointer or the focus
     LinkPopover link_;
     Glib::RefPtr<Gio::SimpleAction> copyLink_;
     sigc::signal<void()> signalShown_;

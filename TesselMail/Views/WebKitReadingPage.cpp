@@ -41,10 +41,10 @@ constexpr std::string_view focusScript = R"(const links = [...document.links];
 if (!forward) links.reverse();
 for (const link of links.slice(links.indexOf(document.activeElement) + 1)) {
   link.focus({focusVisible: true});
-  if (document.activeElement === link) return true;
+  if (document.activeElement === link) return {href: link.getAttribute('href'), text: link.innerText.slice(0, 2048)};
 }
 document.activeElement?.blur();
-return false;)";
+return null;)";
 
 // One value of the page, or nothing when the script failed.
 using Answer = std::function<void(JSCValue*)>;
@@ -90,6 +90,16 @@ std::optional<PageRectangle> rectangleOf(JSCValue* value) {
     return PageRectangle{number("x"), number("y"), number("width"), number("height")};
 }
 
+std::optional<WebKitReadingPage::Link> linkOf(JSCValue* value) {
+    if (!value || !jsc_value_is_object(value)) return std::nullopt;
+    const auto text = [value](const char* name) {
+        const auto property = ObjectRef<JSCValue>::adopt(jsc_value_object_get_property(value, name));
+        const std::unique_ptr<char, decltype(&g_free)> bytes(jsc_value_to_string(property.get()), &g_free);
+        return std::string(bytes.get());
+    };
+    return WebKitReadingPage::Link{.href = text("href"), .text = text("text")};
+}
+
 } // namespace
 
 void WebKitReadingPage::load(std::string html, std::uint64_t navigation) {
@@ -128,12 +138,12 @@ void WebKitReadingPage::locateLink(std::string href,
          [answer = std::move(answer)](JSCValue* value) { answer(rectangleOf(value)); });
 }
 
-void WebKitReadingPage::moveFocus(bool forward, std::function<void(bool)> answer) {
+void WebKitReadingPage::moveFocus(bool forward, std::function<void(std::optional<Link>)> answer) {
     GVariantDict arguments;
     g_variant_dict_init(&arguments, nullptr);
     g_variant_dict_insert_value(&arguments, "forward", flag(forward));
     call(view_.get(), focusScript, g_variant_dict_end(&arguments),
-         [answer = std::move(answer)](JSCValue* value) { answer(value && jsc_value_to_boolean(value)); });
+         [answer = std::move(answer)](JSCValue* value) { answer(linkOf(value)); });
 }
 
 PageRectangle WebKitReadingPage::bounds() const {

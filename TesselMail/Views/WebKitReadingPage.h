@@ -24,9 +24,14 @@ public:
     void update(PageUpdate update, std::function<void(bool)> answer) override;
     void locateLink(std::string href, std::function<void(std::optional<PageRectangle>)> answer) override;
     PageRectangle bounds() const override;
+    /// A link as the page has it.
+    struct Link {
+        std::string href;
+        std::string text; // what of it can be seen
+    };
     /// Moves the focus to the next or previous link, from outside them to the first or last; the answer is
-    /// false when there is none in that direction.
-    void moveFocus(bool forward, std::function<void(bool moved)> answer);
+    /// the link that has it now, or nothing when there is none in that direction.
+    void moveFocus(bool forward, std::function<void(std::optional<Link>)> answer);
 
     /// The navigation of the last `load`.
     std::uint64_t navigation() const noexcept { return navigation_; }
