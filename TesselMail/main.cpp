@@ -1,3 +1,4 @@
+#include "Lock/NetworkLock.h"
 #include "TesselMail/Model/AppModel.h"
 #include "TesselMail/Model/ApplicationID.h"
 #include "TesselMail/Model/ArchiveWork.h"
@@ -14,6 +15,7 @@
 #include <gtkmm.h>
 
 #include <memory>
+#include <utility>
 #include <vector>
 
 namespace TesselMail {
@@ -34,6 +36,7 @@ protected:
     void on_startup() override {
         Gtk::Application::on_startup();
         adw_init();
+        networkLocked_ = lockNetwork(); // the display is connected, and no web view has been made
         Gtk::Window::set_default_icon_name(applicationID);
         add_action(Actions::about.name(), sigc::mem_fun(*this, &Application::showAbout));
         add_action(Actions::quit.name(), sigc::mem_fun(*this, &Application::leave));
@@ -72,6 +75,8 @@ private:
             panels_.attach(window_.get());
             add_window(*window_);
             stayForLinks(false);
+            if (!networkLocked_ && !std::exchange(toldOfNetwork_, true))
+                window_->tell(preferences_.text(Texts::networkNotLocked));
         }
         window_->present();
     }
@@ -124,6 +129,9 @@ private:
         adw_about_window_set_application_name(window, preferences_.text(Texts::applicationName).c_str());
         adw_about_window_set_application_icon(window, applicationID);
         adw_about_window_set_version(window, TESSEL_VERSION);
+        // Under the name, where it is read without looking for it.
+        if (networkLocked_)
+            adw_about_window_set_developer_name(window, preferences_.text(Texts::networkLocked).c_str());
         adw_about_window_set_comments(window, preferences_.text(Texts::aboutText).c_str());
         Adwaita::attach(GTK_WINDOW(window), *window_);
         gtk_window_set_modal(GTK_WINDOW(window), TRUE);
@@ -135,6 +143,8 @@ private:
     NativeFilePanels panels_;
     NativeDesktop desktop_{applicationID};
     std::shared_ptr<AppModel> model_;
+    bool networkLocked_ = false; // by the system, for good
+    bool toldOfNetwork_ = false; // that it is not
     std::unique_ptr<MainWindow> window_;
     Glib::RefPtr<Gio::AppInfoMonitor> handlers_;
     sigc::connection handlerChanged_; // while the program stays for mail links

@@ -34,6 +34,9 @@ public:
     Later<bool> becomeMailHandler() override {
         return Later<bool>([](auto) {});
     }
+    Later<bool> showInFolder(const MailCore::URL&) override {
+        return Later<bool>([](auto) {});
+    }
 };
 
 double now() {

@@ -136,6 +136,10 @@ public:
     void dismissError();
     /// Makes this application the one that opens mail links. The answer tells whether that worked.
     Later<bool> becomeMailHandler() { return desktop_.becomeMailHandler(); }
+    /// Emitted with the place of what was saved or exported.
+    sigc::signal<void(const MailCore::URL&)>& signalSaved() noexcept { return saved_; }
+    /// Shows a saved file in its folder. The answer tells whether the desktop could.
+    Later<bool> showInFolder(const MailCore::URL& file) { return desktop_.showInFolder(file); }
 
     /// Opens an attached message as a collection of its own, held in memory.
     void previewAttachment(MailCore::UUID attachment);
@@ -195,6 +199,7 @@ private:
     Desktop& desktop_;
 
     sigc::signal<void()> selecting_;
+    sigc::signal<void(const MailCore::URL&)> saved_;
     std::optional<CollectionID> beforeCapture_; // selected when the captured link arrived
     std::optional<CollectionID> displayedCollection_;
     std::optional<EntryID> displayedEntry_;

@@ -196,7 +196,10 @@ Task AppModel::saveAttachmentFile(std::shared_ptr<AppModel> self, SharedAttachme
     Outcome<Done> written = self->checkDestination(*destination);
     if (written) written = co_await ArchiveWork::write(bytes, *destination).outcome();
     const Changing changing(self->changes_);
-    if (!written) self->fail(written.error(), {.kind = FailedWork::Kind::saving, .source = std::nullopt});
+    if (!written)
+        self->fail(written.error(), {.kind = FailedWork::Kind::saving, .source = std::nullopt});
+    else
+        self->saved_.emit(*destination);
 }
 
 bool AppModel::canExportOriginal() const {
@@ -229,6 +232,8 @@ Task AppModel::saveOriginalFile(std::shared_ptr<AppModel> self, SharedEntry entr
     const Changing changing(self->changes_);
     if (!written)
         self->fail(written.error(), {.kind = FailedWork::Kind::saving, .source = entry->file}, source);
+    else
+        self->saved_.emit(*destination);
 }
 
 // No open source may be written over.

@@ -47,6 +47,10 @@ inline constexpr Phrase cancel = {"Cancel", "取消"};
 inline constexpr Phrase ok = {"OK", "好"};
 inline constexpr Phrase save = {"Save", "保存"};
 inline constexpr Phrase aboutText = {"A calm place for your mail.", "安心阅读，轻松接住邮件链接。"};
+inline constexpr Phrase networkLocked = {"No network: enforced by the system", "无网络：由系统强制"};
+inline constexpr Phrase networkNotLocked = {
+    "This system could not be asked to keep Tessel Mail off the network. Tessel Mail itself never uses it.",
+    "无法要求此系统禁止 Tessel Mail 使用网络。Tessel Mail 自身从不使用网络。"};
 
 // Panels
 inline constexpr Phrase openPrompt = {"Open", "打开"};
@@ -54,6 +58,9 @@ inline constexpr Phrase openTitle = {"Choose email files, a mailbox archive, or 
                                      "选择邮件文件、邮箱存档或 Maildir 文件夹。"};
 inline constexpr Phrase mailFiles = {"Email files and archives", "邮件文件与存档"};
 inline constexpr Phrase allFiles = {"All files", "所有文件"};
+inline constexpr Phrase saved = {"Saved", "已保存"};
+inline constexpr Phrase showInFolder = {"Show in folder", "在文件夹中显示"};
+inline constexpr Phrase savedAs = {"Saved as ", "已保存为 "}; // before the path, where no folder can be shown
 
 // Opening
 inline constexpr Phrase opening = {"Opening…", "正在打开…"};
@@ -127,6 +134,8 @@ inline constexpr Phrase viewStopped = {"The reading view stopped. Try opening th
 
 // Links
 inline constexpr Phrase link = {"Link", "链接"};
+inline constexpr Phrase leadsElsewhere = {"Not the site its text names: ",
+                                          "与文字所示网站不同："}; // before the address
 inline constexpr Phrase linkAddress = {"URL", "URL"};
 inline constexpr Phrase copyLink = {"Copy link", "复制链接"};
 inline constexpr Phrase emailLink = {"Email link", "邮件链接"};

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "MailCore/Platform/URL.h"
 #include "TesselMail/Platform/Task.h"
 
 namespace TesselMail {
@@ -13,6 +14,9 @@ public:
     /// Makes this application the one that opens mailto: links for the user. The answer tells whether that
     /// worked.
     virtual Later<bool> becomeMailHandler() = 0;
+    /// Has the file manager show the folder of `file` with it selected. The answer tells whether there is
+    /// one.
+    virtual Later<bool> showInFolder(const MailCore::URL& file) = 0;
 };
 
 } // namespace TesselMail

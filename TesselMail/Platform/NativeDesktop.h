@@ -18,6 +18,7 @@ public:
 
     void present() override;
     Later<bool> becomeMailHandler() override;
+    Later<bool> showInFolder(const MailCore::URL& file) override;
     /// Whether this application is the one that opens mailto: links for the user.
     bool handlesMail() const;
 

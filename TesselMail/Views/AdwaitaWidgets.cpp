@@ -16,9 +16,7 @@ bool isOpen(GtkWidget* widget) {
 }
 
 // The toolkit measures its own label before it has a style, and then breaks lines too early.
-gboolean showTooltip(GtkWidget* widget, int, int, gboolean, GtkTooltip* tooltip, gpointer) {
-    const char* const text = gtk_widget_get_tooltip_text(widget);
-    if (!text || isOpen(widget)) return FALSE;
+void fill(GtkTooltip* tooltip, const char* text) {
     auto* const label = GTK_LABEL(gtk_label_new(text));
     if (std::strlen(text) > longTooltip) {
         gtk_label_set_wrap(label, TRUE);
@@ -26,6 +24,12 @@ gboolean showTooltip(GtkWidget* widget, int, int, gboolean, GtkTooltip* tooltip,
         gtk_label_set_max_width_chars(label, 60);
     }
     gtk_tooltip_set_custom(tooltip, GTK_WIDGET(label));
+}
+
+gboolean answerTooltip(GtkWidget* widget, int, int, gboolean, GtkTooltip* tooltip, gpointer) {
+    const char* const text = gtk_widget_get_tooltip_text(widget);
+    if (!text || isOpen(widget)) return FALSE;
+    fill(tooltip, text);
     return TRUE;
 }
 
@@ -42,12 +46,23 @@ void setName(Gtk::Widget& widget, const std::string& name) {
 void setTooltip(Gtk::Widget& widget, const std::string& text) {
     const bool answers = widget.get_has_tooltip();
     widget.set_tooltip_text(text);
-    if (!answers) g_signal_connect(widget.gobj(), "query-tooltip", G_CALLBACK(showTooltip), nullptr);
+    if (!answers) g_signal_connect(widget.gobj(), "query-tooltip", G_CALLBACK(answerTooltip), nullptr);
+}
+
+void showTooltip(const Glib::RefPtr<Gtk::Tooltip>& tooltip, const std::string& text) {
+    fill(tooltip->gobj(), text.c_str());
 }
 
 void setNameAndTooltip(Gtk::Widget& widget, const std::string& name) {
     setTooltip(widget, name);
     setName(widget, name);
+}
+
+// The role is a property of its construction, and may be set as long as nobody has asked for it.
+void makeLive(Gtk::Widget& widget, Live how) {
+    const GtkAccessibleRole role =
+        how == Live::alert ? GTK_ACCESSIBLE_ROLE_ALERT : GTK_ACCESSIBLE_ROLE_STATUS;
+    g_object_set(widget.gobj(), "accessible-role", role, nullptr);
 }
 
 void attach(GtkWindow* window, Gtk::Window& parent) {

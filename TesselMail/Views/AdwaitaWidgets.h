@@ -19,8 +19,15 @@ Gtk::Widget& wrapped(Object* widget) {
 void setName(Gtk::Widget& widget, const std::string& name);
 /// What people see when they point at `widget`.
 void setTooltip(Gtk::Widget& widget, const std::string& text);
+/// Puts `text` into `tooltip`, broken where it is long.
+void showTooltip(const Glib::RefPtr<Gtk::Tooltip>& tooltip, const std::string& text);
 /// Both.
 void setNameAndTooltip(Gtk::Widget& widget, const std::string& name);
+
+/// How a screen reader takes what changes in a widget: it waits for a pause, or speaks at once.
+enum class Live { status, alert };
+/// Makes `widget` speak of its changes. To be called before it is put anywhere.
+void makeLive(Gtk::Widget& widget, Live how);
 
 /// Makes `window` stand before `parent`, go with it and answer to the keys of the whole application.
 void attach(GtkWindow* window, Gtk::Window& parent);

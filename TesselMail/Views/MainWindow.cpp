@@ -8,7 +8,7 @@
 
 namespace TesselMail {
 MainWindow::MainWindow(AppModel& model, WindowState& state)
-    : model_(model), state_(state), welcome_(model), panes_(model, state), opening_(model) {
+    : model_(model), state_(state), welcome_(model), panes_(model, state), opening_(model), toasts_(model) {
     installStyle(get_display());
     set_default_size(state.width, state.height);
     if (state.maximized) maximize();
@@ -22,7 +22,8 @@ MainWindow::MainWindow(AppModel& model, WindowState& state)
     stack_.add(panes_.widget(), "content");
     stack_.set_hhomogeneous(false);
     stack_.set_vhomogeneous(false);
-    overlay_.set_child(stack_);
+    toasts_.setChild(stack_);
+    overlay_.set_child(toasts_.widget());
     overlay_.add_overlay(opening_);
     dropFrame_.add_css_class("drop-frame");
     dropFrame_.set_can_target(false);

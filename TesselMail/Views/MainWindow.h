@@ -6,6 +6,7 @@
 #include "TesselMail/Views/OpeningBar.h"
 #include "TesselMail/Views/Panes.h"
 #include "TesselMail/Views/SettingsWindow.h"
+#include "TesselMail/Views/Toasts.h"
 #include "TesselMail/Views/WelcomeView.h"
 
 #include <gtkmm.h>
@@ -19,6 +20,8 @@ class MainWindow : public Gtk::ApplicationWindow {
 public:
     MainWindow(AppModel& model, WindowState& state);
     ~MainWindow() override;
+    /// Tells people something that needs no answer.
+    void tell(const std::string& text) { toasts_.tell(text); }
 
 private:
     void addActions();
@@ -45,6 +48,7 @@ private:
     WelcomeView welcome_;
     Panes panes_;
     OpeningBar opening_;
+    Toasts toasts_;
     Gtk::Box dropFrame_;
     Glib::RefPtr<Gio::SimpleAction> closeAll_;
     Glib::RefPtr<Gio::SimpleAction> export_;

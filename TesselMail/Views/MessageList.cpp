@@ -41,11 +41,13 @@ MessageList::MessageList(AppModel& model)
     searching_.set_margin_bottom(6);
     searching_.add_css_class("caption");
     searching_.add_css_class("dim-label");
+    Adwaita::makeLive(searching_, Adwaita::Live::status);
     append(searching_);
 
     notice_.set_wrap(true);
     notice_.set_xalign(0);
     notice_.add_css_class("notice");
+    Adwaita::makeLive(notice_, Adwaita::Live::alert);
     noticeRevealer_.set_child(notice_);
     append(noticeRevealer_);
 
@@ -81,7 +83,19 @@ MessageList::MessageList(AppModel& model)
     model_.error.signalChanged().connect(sigc::mem_fun(*this, &MessageList::showTitle));
     model_.searchUnreadable.signalChanged().connect(sigc::mem_fun(*this, &MessageList::showNotice));
     model_.preferences().signalChanged().connect(sigc::mem_fun(*this, &MessageList::showTexts));
+    today_.set_time_current();
+    clock_ = Glib::signal_timeout().connect_seconds(sigc::mem_fun(*this, &MessageList::showNewDay), 60);
     showTexts();
+}
+
+// What was of today is of yesterday now.
+bool MessageList::showNewDay() {
+    Glib::Date today;
+    today.set_time_current();
+    if (std::exchange(today_, today) == today) return true;
+    for (Gtk::Widget* item = list_.get_first_child(); item; item = item->get_next_sibling())
+        if (auto* const row = dynamic_cast<MessageRow*>(item->get_first_child())) row->refresh();
+    return true;
 }
 
 void MessageList::showTexts() {

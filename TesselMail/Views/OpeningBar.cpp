@@ -1,5 +1,7 @@
 #include "TesselMail/Views/OpeningBar.h"
 
+#include "TesselMail/Views/AdwaitaWidgets.h"
+
 namespace TesselMail {
 namespace {
 
@@ -11,6 +13,7 @@ constexpr unsigned revealDelay = 300; // milliseconds
 OpeningBar::OpeningBar(AppModel& model) : model_(model) {
     progress_.add_css_class("dim-label");
     progress_.add_css_class("numeric");
+    Adwaita::makeLive(progress_, Adwaita::Live::status);
     cancel_.add_css_class("pill-small");
     cancel_.signal_clicked().connect(sigc::mem_fun(model_, &AppModel::cancel));
     content_.append(spinner_);

@@ -1,6 +1,7 @@
 #include "TesselMail/Views/PlainMessageView.h"
 
 #include "MailCore/Rendering/PageParts.h"
+#include "TesselMail/Views/AdwaitaWidgets.h"
 #include "TesselMail/Views/DisplayText.h"
 #include "TesselMail/Views/Wrapping.h"
 
@@ -16,6 +17,7 @@ PlainMessageView::PlainMessageView(Preferences& preferences)
     reason_.set_xalign(0);
     reason_.add_css_class("notice");
     reason_.add_css_class("plain-reason");
+    Adwaita::makeLive(reason_, Adwaita::Live::alert);
     text_.set_editable(false);
     text_.set_wrap_mode(Gtk::WrapMode::WORD_CHAR);
     text_.set_pixels_inside_wrap(4);

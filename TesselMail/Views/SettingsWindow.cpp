@@ -110,6 +110,7 @@ void SettingsWindow::addHandlerRows() {
     g_signal_connect_swapped(becomeHandler_, "clicked",
                              G_CALLBACK(+[](SettingsWindow* self) { self->askToBecomeHandler(); }), this);
     handlerStatus_ = GTK_LABEL(gtk_label_new(""));
+    Adwaita::makeLive(Adwaita::wrapped(handlerStatus_), Adwaita::Live::alert);
     gtk_label_set_xalign(handlerStatus_, 0);
     gtk_label_set_wrap(handlerStatus_, TRUE);
     gtk_widget_set_visible(GTK_WIDGET(handlerStatus_), FALSE);

@@ -50,6 +50,7 @@ constexpr const char* style = R"(
     background-color: @popover_bg_color; color: @popover_fg_color; font-size: 0.85em;
     border-radius: 6px 6px 0 0; padding: 3px 8px; box-shadow: 0 0 0 1px alpha(@borders, 0.8);
 }
+.link-target.leads-elsewhere { background-color: @warning_bg_color; color: @warning_fg_color; }
 
 .opening-bar {
     background-color: @popover_bg_color; color: @popover_fg_color; border-radius: 99px;

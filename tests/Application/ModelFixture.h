@@ -44,11 +44,19 @@ private:
 class PreparedDesktop : public Desktop {
 public:
     int presented = 0;
+    bool hasFileManager = true;
+    std::vector<URL> shownInFolder;
 
     void present() override { ++presented; }
     Later<bool> becomeMailHandler() override {
         return Later<bool>([](Later<bool>::Finish finish) {
             InterfaceThread::post([finish = std::move(finish)] { finish(true); });
+        });
+    }
+    Later<bool> showInFolder(const URL& file) override {
+        shownInFolder.push_back(file);
+        return Later<bool>([there = hasFileManager](Later<bool>::Finish finish) {
+            InterfaceThread::post([finish = std::move(finish), there] { finish(there); });
         });
     }
 };

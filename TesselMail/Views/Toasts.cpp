@@ -1,0 +1,58 @@
+#include "TesselMail/Views/Toasts.h"
+
+#include "TesselMail/Views/AdwaitaWidgets.h"
+#include "TesselMail/Views/DisplayText.h"
+
+#include <memory>
+#include <utility>
+
+namespace TesselMail {
+
+Toasts::Toasts(AppModel& model) : model_(model), overlay_(ADW_TOAST_OVERLAY(adw_toast_overlay_new())) {
+    saved_ = model_.signalSaved().connect(sigc::mem_fun(*this, &Toasts::saved));
+}
+
+Toasts::~Toasts() {
+    saved_.disconnect();
+}
+
+Gtk::Widget& Toasts::widget() const {
+    return Adwaita::wrapped(overlay_);
+}
+
+void Toasts::setChild(Gtk::Widget& child) {
+    adw_toast_overlay_set_child(overlay_, child.gobj());
+}
+
+AdwToast* Toasts::show(const std::string& text) {
+    AdwToast* const toast = adw_toast_new("");
+    auto* const label = Gtk::make_managed<Gtk::Label>(text);
+    label->set_ellipsize(Pango::EllipsizeMode::MIDDLE);
+    label->add_css_class("heading");
+    Adwaita::makeLive(*label, Adwaita::Live::alert);
+    adw_toast_set_custom_title(toast, GTK_WIDGET(label->gobj()));
+    adw_toast_overlay_add_toast(overlay_, toast);
+    return toast;
+}
+
+void Toasts::saved(const MailCore::URL& file) {
+    AdwToast* const toast = show(model_.preferences().text(Texts::saved));
+    adw_toast_set_button_label(toast, model_.preferences().text(Texts::showInFolder).c_str());
+    using Asked = std::pair<Alive<Toasts>::Handle, MailCore::URL>;
+    auto asked = std::make_unique<Asked>(alive_.handle(), file);
+    g_signal_connect_data(
+        toast, "button-clicked", G_CALLBACK(+[](AdwToast*, const Asked* what) {
+            if (what->first) showInFolder(what->first, what->second);
+        }),
+        asked.release(),
+        +[](gpointer data, GClosure*) { const std::unique_ptr<Asked> owned(static_cast<Asked*>(data)); },
+        GConnectFlags(0));
+}
+
+Task Toasts::showInFolder(Alive<Toasts>::Handle self, MailCore::URL file) {
+    const bool shown = co_await self->model_.showInFolder(file);
+    if (!shown && self)
+        self->tell(self->model_.preferences().text(Texts::savedAs) + displayed(file.path(), 200));
+}
+
+} // namespace TesselMail
