@@ -11,7 +11,8 @@ applicationPackages=(libgtkmm-4.0-dev libadwaita-1-dev libwebkitgtk-6.0-dev adwa
     xdg-dbus-proxy dbus fonts-dejavu-core fonts-noto-cjk)
 displayPackages=(xvfb xauth imagemagick)
 endToEndPackages=(python3 python3-gi gir1.2-atspi-2.0 gir1.2-gtk-4.0 at-spi2-core xdotool openbox xclip libglib2.0-bin)
-testPackages=(libgtest-dev libgmock-dev nlohmann-json3-dev)
+testPackages=(libgtest-dev libgmock-dev nlohmann-json3-dev appstream desktop-file-utils)
+packagingPackages=(dpkg-dev file)
 benchmarkPackages=(libbenchmark-dev libgmime-3.0-dev nlohmann-json3-dev python3 time)
 checkPackages=(clang clang-format libclang-rt-14-dev)
 
