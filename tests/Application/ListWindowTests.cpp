@@ -1,4 +1,6 @@
 // The panes beside the message: what they list, and how people get about in them.
+#include "MailCore/Dates/BriefDate.h"
+#include "TesselMail/Views/SystemLocale.h"
 #include "tests/Application/WindowFixture.h"
 
 #include <algorithm>
@@ -163,6 +165,26 @@ TEST_F(ListWindow, IsPassedByTabAndKeepsTheFocusWithTheSelection) {
     gtk_widget_child_focus(sources(), GTK_DIR_TAB_FORWARD);
     model_->closeCollection(idOf(0));
     EXPECT_TRUE(focusIn(sources()));
+}
+
+// Who and when are looked through: the address and the whole date are seen by pointing at the row.
+TEST_F(ListWindow, ShowsNamesAndShortDates) {
+    open({folder_.write("a.eml", Mail()
+                                     .from("\"Ann Linden\" <ann@tessel.example>")
+                                     .subject("Tides")
+                                     .date("1 Jan 1990 10:00:00 +0000")
+                                     .text("High")
+                                     .string())});
+    waitUntil([this] { return inView("Tides"); });
+    const auto line = [this](const char* cssClass) {
+        return std::string(
+            gtk_inscription_get_text(GTK_INSCRIPTION(find(list(), [cssClass](GtkWidget* widget) {
+                return gtk_widget_has_css_class(widget, cssClass) != FALSE;
+            }))));
+    };
+    EXPECT_EQ(line("message-sender"), "\u2068Ann Linden\u2069");
+    EXPECT_EQ(line("message-date"), MailCore::BriefDate(systemLocale()).text(631'188'000, 631'188'000 * 2.0));
+    EXPECT_EQ(line("message-date").find("UTC"), std::string::npos);
 }
 
 // What stands in for a missing subject is a text of the window.

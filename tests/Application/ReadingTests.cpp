@@ -195,15 +195,20 @@ TEST_F(Reading, OpensAnAttachedMessageOnceAndInMemory) {
 
 TEST_F(Reading, WritesAttachmentsAndOriginalsButNeverOverASource) {
     openParcel();
+    std::vector<URL> told;
+    model_->signalSaved().connect([&told](const URL& file) { told.push_back(file); });
     panels_.destination = folder_.url("saved.txt");
     model_->saveAttachment(attachment(0).id);
-    waitUntil([this] { return folder_.read("saved.txt") == "Some notes"; });
+    waitUntil([&] { return !told.empty(); });
+    EXPECT_EQ(folder_.read("saved.txt"), "Some notes");
     EXPECT_THAT(panels_.proposedNames, ElementsAre("notes.txt"));
 
     const std::string original = folder_.read("parcel.eml");
     panels_.destination = folder_.url("copy.eml");
     model_->exportOriginal();
-    waitUntil([&] { return folder_.read("copy.eml") == original; });
+    waitUntil([&] { return told.size() == 2; });
+    EXPECT_EQ(folder_.read("copy.eml"), original);
+    EXPECT_THAT(told, ElementsAre(folder_.url("saved.txt"), folder_.url("copy.eml")));
 
     panels_.destination = folder_.url("parcel.eml");
     for (const auto& write : {std::function<void()>([this] { model_->exportOriginal(); }),
@@ -220,6 +225,7 @@ TEST_F(Reading, WritesAttachmentsAndOriginalsButNeverOverASource) {
     model_->exportOriginal();
     settle();
     EXPECT_EQ(*model_->error, std::nullopt);
+    EXPECT_EQ(told.size(), 2U) << "nothing more was saved";
 }
 
 TEST_F(Reading, ProposesANameThatSaysWhatTheOriginalIs) {

@@ -66,6 +66,17 @@ protected:
             if (GTK_IS_LABEL(widget)) text.append(gtk_label_get_text(GTK_LABEL(widget))).append("\n");
         return text;
     }
+    /// Those of them that a screen reader speaks by itself.
+    std::string liveTexts() {
+        std::string text;
+        for (GtkWidget* const widget : shown()) {
+            const GtkAccessibleRole role = gtk_accessible_get_accessible_role(GTK_ACCESSIBLE(widget));
+            if (GTK_IS_LABEL(widget) &&
+                (role == GTK_ACCESSIBLE_ROLE_ALERT || role == GTK_ACCESSIBLE_ROLE_STATUS))
+                text.append(gtk_label_get_text(GTK_LABEL(widget))).append("\n");
+        }
+        return text;
+    }
     GtkWidget* withTooltip(const std::string& tooltip) {
         for (GtkWidget* const widget : shown()) {
             const char* const text = gtk_widget_get_tooltip_text(widget);
@@ -165,7 +176,7 @@ TEST_F(ReadingWindow, KeepsTheLinkPanelUntilAnotherMessageIsSelected) {
 TEST_F(ReadingWindow, WalksThroughTheLinksAndOutOfThePage) {
     open({html("a.eml", "<p><a href='https://tessel.example/1'>one</a> "
                         "<a href='https://tessel.example/2' style='visibility:hidden'>two</a> "
-                        "<a href='https://tessel.example/3'>three</a></p>")});
+                        "<a href='https://tessel.example/3'>three.com</a></p>")});
     waitForPage("three");
     const auto press = [this](guint key, GdkModifierType modifiers = {}) {
         GListModel* const controllers = gtk_widget_observe_controllers(GTK_WIDGET(webView()));
@@ -188,12 +199,15 @@ TEST_F(ReadingWindow, WalksThroughTheLinksAndOutOfThePage) {
     EXPECT_TRUE(press(GDK_KEY_F7)); // or the web view would end the program
     EXPECT_TRUE(press(GDK_KEY_Tab));
     waitUntil([&] { return focused() == "one"; });
+    EXPECT_EQ(liveTexts(), "\u2068https://tessel.example/1\u2069\n");
     EXPECT_TRUE(press(GDK_KEY_Tab));
-    waitUntil([&] { return focused() == "three"; });
+    waitUntil([&] { return focused() == "three.com"; });
+    EXPECT_EQ(liveTexts(), "Not the site its text names: \u2068https://tessel.example/3\u2069\n");
     EXPECT_TRUE(inPage());
     EXPECT_TRUE(press(GDK_KEY_Tab));
     waitUntil([&] { return !inPage(); });
     EXPECT_TRUE(window_->get_focus());
+    EXPECT_EQ(liveTexts(), "");
 }
 
 TEST_F(ReadingWindow, AddsNothingToWhatPeopleCopy) {
@@ -284,8 +298,15 @@ TEST_F(ReadingWindow, SavesAFileAndReadsAMessageByTheirOwnButtons) {
     };
     ASSERT_EQ(buttons().size(), 2U);
     g_signal_emit_by_name(buttons()[0], "clicked");
-    waitUntil([this] { return std::filesystem::exists(folder_.path("saved.txt")); });
+    const auto button = [this] { return buttonIn(GTK_WIDGET(window_->gobj()), "Show in folder"); };
+    waitUntil([&] { return button() != nullptr; });
+    EXPECT_TRUE(std::filesystem::exists(folder_.path("saved.txt")));
+    EXPECT_THAT(liveTexts(), HasSubstr("Saved\n"));
     EXPECT_EQ(panels_.proposedNames, std::vector<std::string>{"tide.txt"});
+    desktop_.hasFileManager = false;
+    g_signal_emit_by_name(button(), "clicked");
+    EXPECT_EQ(desktop_.shownInFolder, std::vector<URL>{*panels_.destination});
+    waitUntil([this] { return liveTexts().find("Saved as \u2068/") != std::string::npos; });
     EXPECT_EQ(model_->collections->size(), 1U);
     g_signal_emit_by_name(buttons()[1], "clicked");
     waitForPage("Inside");
