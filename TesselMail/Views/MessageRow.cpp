@@ -12,6 +12,7 @@
 namespace TesselMail {
 namespace {
 
+constexpr unsigned dateWidth = 12;        // characters: a day with its year
 constexpr std::size_t longestShown = 200; // characters; more never fits a row
 
 void setUpLine(Gtk::Inscription& line) {
@@ -40,10 +41,19 @@ std::string briefDate(double seconds) {
 MessageRow::MessageRow(Preferences& preferences)
     : Gtk::Box(Gtk::Orientation::VERTICAL, 2), preferences_(preferences) {
     add_css_class("message-row");
-    for (Gtk::Inscription* const line : {&sender_, &subject_, &date_}) {
-        setUpLine(*line);
-        append(*line);
-    }
+    for (Gtk::Inscription* const line : {&sender_, &subject_}) setUpLine(*line);
+    date_.set_min_lines(1);
+    date_.set_nat_lines(1);
+    date_.set_min_chars(dateWidth);
+    date_.set_nat_chars(dateWidth);
+    date_.set_xalign(1);
+    date_.set_valign(Gtk::Align::BASELINE);
+    date_.set_text_overflow(Gtk::Inscription::Overflow::ELLIPSIZE_END);
+    auto* const first = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 8);
+    first->append(sender_);
+    first->append(date_);
+    append(*first);
+    append(subject_);
     sender_.add_css_class("message-sender");
     subject_.add_css_class("message-subject");
     date_.add_css_class("message-date");

@@ -7,8 +7,9 @@
 
 namespace TesselMail {
 
-/// One row of the message list: the sender's name, subject and short date, each on a line of fixed height, so
-/// that all rows are equally tall whatever is written in them. Who points at it sees all three whole.
+/// One row of the message list: the sender's name and a short date, and the subject, on lines of fixed
+/// height, so that all rows are equally tall whatever is written in them. Who points at it sees all three
+/// whole.
 class MessageRow : public Gtk::Box {
 public:
     /// `preferences` outlive the row.
