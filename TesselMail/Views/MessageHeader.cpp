@@ -1,6 +1,7 @@
 #include "TesselMail/Views/MessageHeader.h"
 
 #include "MailCore/Dates/MailDate.h"
+#include "TesselMail/Views/AdwaitaWidgets.h"
 #include "TesselMail/Views/DisplayText.h"
 #include "TesselMail/Views/SystemLocale.h"
 #include "TesselMail/Views/Wrapping.h"
@@ -17,6 +18,15 @@ void setUpValue(Gtk::Label& label, int lines) {
     label.set_xalign(0);
     label.set_hexpand(true);
     breakWithoutHyphens(label);
+    // What is cut can be read by pointing at it.
+    label.set_has_tooltip(true);
+    label.signal_query_tooltip().connect(
+        [&label](int, int, bool, const Glib::RefPtr<Gtk::Tooltip>& tooltip) {
+            const bool cut = label.get_layout()->is_ellipsized();
+            if (cut) Adwaita::showTooltip(tooltip, label.get_text());
+            return cut;
+        },
+        false);
 }
 
 } // namespace
