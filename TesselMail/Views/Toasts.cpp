@@ -7,6 +7,11 @@
 #include <utility>
 
 namespace TesselMail {
+namespace {
+
+constexpr unsigned secondsShown = 8;
+
+} // namespace
 
 Toasts::Toasts(AppModel& model) : model_(model), overlay_(ADW_TOAST_OVERLAY(adw_toast_overlay_new())) {
     saved_ = model_.signalSaved().connect(sigc::mem_fun(*this, &Toasts::saved));
@@ -24,19 +29,35 @@ void Toasts::setChild(Gtk::Widget& child) {
     adw_toast_overlay_set_child(overlay_, child.gobj());
 }
 
-AdwToast* Toasts::show(const std::string& text) {
+AdwToast* Toasts::make(const std::string& text) {
     AdwToast* const toast = adw_toast_new("");
     auto* const label = Gtk::make_managed<Gtk::Label>(text);
     label->set_ellipsize(Pango::EllipsizeMode::MIDDLE);
     label->add_css_class("heading");
     Adwaita::makeLive(*label, Adwaita::Live::alert);
     adw_toast_set_custom_title(toast, GTK_WIDGET(label->gobj()));
-    adw_toast_overlay_add_toast(overlay_, toast);
+    adw_toast_set_timeout(toast, secondsShown);
+    adw_toast_set_priority(toast, ADW_TOAST_PRIORITY_HIGH); // in the place of the one before
     return toast;
 }
 
+void Toasts::present(AdwToast* toast) {
+    adw_toast_overlay_add_toast(overlay_, toast);
+    // The library leaves the button that closes it without a name.
+    for (GtkWidget* child = gtk_widget_get_last_child(GTK_WIDGET(overlay_)); child;
+         child = gtk_widget_get_last_child(child))
+        if (GTK_IS_BUTTON(child)) {
+            Adwaita::setName(Adwaita::wrapped(child), model_.preferences().text(Texts::close));
+            break;
+        }
+}
+
+void Toasts::tell(const std::string& text) {
+    present(make(text));
+}
+
 void Toasts::saved(const MailCore::URL& file) {
-    AdwToast* const toast = show(model_.preferences().text(Texts::saved));
+    AdwToast* const toast = make(model_.preferences().text(Texts::saved));
     adw_toast_set_button_label(toast, model_.preferences().text(Texts::showInFolder).c_str());
     using Asked = std::pair<Alive<Toasts>::Handle, MailCore::URL>;
     auto asked = std::make_unique<Asked>(alive_.handle(), file);
@@ -47,6 +68,7 @@ void Toasts::saved(const MailCore::URL& file) {
         asked.release(),
         +[](gpointer data, GClosure*) { const std::unique_ptr<Asked> owned(static_cast<Asked*>(data)); },
         GConnectFlags(0));
+    present(toast);
 }
 
 Task Toasts::showInFolder(Alive<Toasts>::Handle self, MailCore::URL file) {

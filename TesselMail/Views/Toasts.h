@@ -22,10 +22,11 @@ public:
     Gtk::Widget& widget() const;
     /// What the words stand over.
     void setChild(Gtk::Widget& child);
-    void tell(const std::string& text) { show(text); }
+    void tell(const std::string& text);
 
 private:
-    AdwToast* show(const std::string& text);
+    AdwToast* make(const std::string& text);
+    void present(AdwToast* toast);
     void saved(const MailCore::URL& file);
     static Task showInFolder(Alive<Toasts>::Handle self, MailCore::URL file);
 

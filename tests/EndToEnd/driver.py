@@ -125,6 +125,26 @@ def xdotool(*words):
     return answer.stdout.strip()
 
 
+def descendants(ancestor):
+    """A process and all that it and they have started: their numbers and names."""
+    parents, names = {}, {}
+    for pid in filter(str.isdigit, os.listdir("/proc")):
+        try:
+            with open(f"/proc/{pid}/stat") as file:
+                stat = file.read()
+        except OSError:
+            continue
+        names[int(pid)] = stat[stat.index("(") + 1:stat.rindex(")")]
+        parents[int(pid)] = int(stat[stat.rindex(")") + 2:].split()[1])
+
+    def descends(pid):
+        while pid > 1 and pid != ancestor:
+            pid = parents.get(pid, 0)
+        return pid == ancestor
+
+    return {pid: name for pid, name in names.items() if descends(pid)}
+
+
 class Picture:
     """What the display shows, or a part of it."""
 

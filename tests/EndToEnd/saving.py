@@ -16,6 +16,30 @@ def show(app):
     return app.find("push button", re.compile("^" + re.escape(app.text("save_attachment"))))
 
 
+class FileManager:
+    """Stands in for the one of a desktop."""
+
+    NAME = "org.freedesktop.FileManager1"
+
+    def __init__(self, desktop, shown):
+        from gi.repository import Gio
+        self.gio, self.bus = Gio, Gio.bus_get_sync(Gio.BusType.SESSION)
+        interface = Gio.DBusNodeInfo.new_for_xml(
+            f'<node><interface name="{self.NAME}"><method name="ShowItems"><arg type="as" direction="in"/>'
+            '<arg type="s" direction="in"/></method></interface></node>').interfaces[0]
+
+        def called(bus, sender, path, name, method, arguments, invocation):
+            shown(arguments.unpack()[0])
+            invocation.return_value(None)
+
+        self.object = self.bus.register_object("/org/freedesktop/FileManager1", interface, called)
+        self.name = Gio.bus_own_name_on_connection(self.bus, self.NAME, Gio.BusNameOwnerFlags.NONE)
+
+    def close(self):
+        self.gio.bus_unown_name(self.name)
+        self.bus.unregister_object(self.object)
+
+
 def saved(app, path, content):
     wait(lambda: path.exists() and path.read_bytes() == content, f"{path.name} with the same bytes")
     expect(sorted(path.parent.iterdir()) == [path], f"more than one file in {path.parent.name}")
@@ -29,6 +53,24 @@ def attachment(app):
     app.choose_in_panel(app.home / "saved" / "copy.bin")
     saved(app, app.home / "saved" / "copy.bin", CONTENT)
     app.step("saved")
+
+
+@scenario(start=False)
+def shown_in_folder(app):
+    """The file manager of the desktop is asked by its name on the bus for what was saved."""
+    asked = []
+    manager = FileManager(app.desktop, asked.append)
+    try:
+        app.click(show(app))
+        path = app.home / "saved" / "copy.bin"
+        app.choose_in_panel(path)
+        app.sees(app.text("saved"))
+        app.step("saved")
+        app.click(app.find("push button", app.text("show_in_folder")))
+        wait(lambda: app.desktop.main.iteration(False) or asked, "the file manager to be asked")
+        expect(asked == [[path.as_uri()]], f"it was asked for {asked}")
+    finally:
+        manager.close()
 
 
 @scenario(start=False)

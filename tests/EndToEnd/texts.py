@@ -45,5 +45,8 @@ TEXTS = {
     "welcome": ("A calm place for your mail.", "安心阅读，轻松接住邮件链接。"),
     "welcome_drop": ("Drop files here to read them on your computer.", "将文件拖到这里，在电脑上直接阅读。"),
     "stays": ("Mail stays on your computer.", "邮件留在你的电脑上。"),
+    "no_network": ("No network: enforced by the system", "无网络：由系统强制"),
+    "saved": ("Saved", "已保存"),
+    "show_in_folder": ("Show in folder", "在文件夹中显示"),
     "shortcuts": ("Keyboard shortcuts", "键盘快捷键"),
 }

@@ -5,26 +5,12 @@ import signal
 import time
 
 import mail
-from driver import Picture, expect, main, scenario, wait
+from driver import Picture, descendants, expect, main, scenario, wait
 
 
 def page_process(app):
-    """The process that draws the page: a descendant of the program."""
-    parents, names = {}, {}
-    for pid in filter(str.isdigit, os.listdir("/proc")):
-        try:
-            stat = open(f"/proc/{pid}/stat").read()
-        except OSError:
-            continue
-        names[int(pid)] = stat[stat.index("(") + 1:stat.rindex(")")]
-        parents[int(pid)] = int(stat[stat.rindex(")") + 2:].split()[1])
-    def descends(pid):
-        while pid > 1:
-            if pid == app.process.pid:
-                return True
-            pid = parents.get(pid, 0)
-        return False
-    return next((pid for pid, name in names.items() if name.startswith("WebKitWebProces") and descends(pid)), None)
+    """The process that draws the page."""
+    return next((pid for pid, name in descendants(app.process.pid).items() if name.startswith("WebKitWebProces")), None)
 
 
 def two(app):
