@@ -50,9 +50,11 @@ LockedWebView::LockedWebView(std::string rulesFolder)
     g_signal_connect(view_.get(), "create", G_CALLBACK(refuseWindow), nullptr);
     g_signal_connect(view_.get(), "permission-request", G_CALLBACK(refusePermission), nullptr);
     g_signal_connect(session_.get(), "download-started", G_CALLBACK(refuseDownload), nullptr);
+    warmUp();
 }
 
 LockedWebView::~LockedWebView() {
+    g_signal_handlers_disconnect_by_data(view_.get(), this);
     removeFolder();
 }
 
@@ -85,7 +87,34 @@ void LockedWebView::rulesCompiled(GAsyncResult* result) {
         webkit_user_content_filter_unref(filter);
     }
     removeFolder(); // the rules stay mapped; their file has served
-    std::exchange(installed_, nullptr)(filter != nullptr);
+    inForce_ = filter != nullptr;
+    tellWhenReady();
+}
+
+// What is loaded next follows a page that is complete, so that nobody takes the end of the one for the
+// other's.
+void LockedWebView::warmUp() {
+    g_signal_connect(view_.get(), "load-changed",
+                     G_CALLBACK(+[](WebKitWebView*, WebKitLoadEvent event, LockedWebView* self) {
+                         if (event == WEBKIT_LOAD_FINISHED) self->becomeWarm(); // or failed
+                     }),
+                     this);
+    g_signal_connect(view_.get(), "web-process-terminated",
+                     G_CALLBACK(+[](WebKitWebView*, WebKitWebProcessTerminationReason, LockedWebView* self) {
+                         self->becomeWarm();
+                     }),
+                     this);
+    webkit_web_view_load_html(view_.get(), "", nullptr);
+}
+
+void LockedWebView::becomeWarm() {
+    g_signal_handlers_disconnect_by_data(view_.get(), this);
+    warm_ = true;
+    tellWhenReady();
+}
+
+void LockedWebView::tellWhenReady() {
+    if (warm_ && inForce_ && installed_) std::exchange(installed_, nullptr)(*inForce_);
 }
 
 } // namespace TesselMail

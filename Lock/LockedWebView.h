@@ -6,6 +6,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <string>
 
 namespace TesselMail {
@@ -29,7 +30,8 @@ public:
     ~LockedWebView();
 
     WebKitWebView* view() const noexcept { return view_.get(); }
-    /// Compiles the blocking rules; `installed` is not told any more when this is gone.
+    /// Compiles the blocking rules; `installed` is not told any more when this is gone, nor before the view's
+    /// own first page is there: an empty one, for which its processes start while other things are done.
     void installRules(Installed installed);
 
 private:
@@ -40,7 +42,10 @@ private:
     using Owned = std::unique_ptr<Object, Unref>;
 
     static Owned<WebKitWebView> makeView(WebKitNetworkSession* session);
+    void warmUp();
+    void becomeWarm();
     void rulesCompiled(GAsyncResult* result);
+    void tellWhenReady();
     void removeFolder() const;
 
     Owned<WebKitNetworkSession> session_;
@@ -48,6 +53,8 @@ private:
     std::string rulesFolder_;
     Owned<WebKitUserContentFilterStore> rules_;
     Installed installed_;
+    bool warm_ = false;           // its processes have started, or have failed to
+    std::optional<bool> inForce_; // whether the rules are, once they have been compiled
     MailCore::Alive<LockedWebView> alive_{*this};
 };
 

@@ -27,7 +27,7 @@ namespace SourceKinds {
 /// In the order in which panels offer them.
 inline constexpr auto all = std::to_array<SourceKind>({
     {"eml", "EML", MessageFormat::mime, false, "message/rfc822"},
-    {"emlx", "EMLX", MessageFormat::emlx, false, "message/x-emlx"},
+    {"emlx", "EMLX", MessageFormat::emlx, false, "application/x-emlx"},
     {"msg", "MSG", MessageFormat::outlook, false, "application/vnd.ms-outlook"},
     {"oft", "OFT", MessageFormat::outlook, false, "application/x-outlook-template"},
     {"mbox", "MBOX", MessageFormat::mime, true, "application/mbox"},

@@ -1,6 +1,5 @@
 #include "TesselMail/Platform/SandboxCheck.h"
 
-#include "TesselMail/Platform/InterfaceThread.h"
 #include "TesselMail/Platform/ObjectRef.h"
 
 #include <gio/gio.h>
@@ -10,32 +9,54 @@
 namespace TesselMail {
 namespace {
 
-using Finish = Later<bool>::Finish;
+constexpr guint patience = 3'000; // milliseconds
 
-void checked(GObject* process, GAsyncResult* result, gpointer finish) noexcept {
-    const std::unique_ptr<Finish> owned(static_cast<Finish*>(finish));
-    (*owned)(g_subprocess_wait_check_finish(G_SUBPROCESS(process), result, nullptr) != FALSE);
+// The end of a process, awaited on a main context of its own: nothing else runs meanwhile.
+struct Awaited {
+    bool ended = false;
+    bool succeeded = false;
+};
+
+void processEnded(GObject* process, GAsyncResult* result, gpointer awaited) noexcept {
+    auto* const answer = static_cast<Awaited*>(awaited);
+    answer->succeeded = g_subprocess_wait_check_finish(G_SUBPROCESS(process), result, nullptr) != FALSE;
+    answer->ended = true;
 }
 
-void begin(Finish finish) {
-    // In a Flatpak the portal starts the inner sandbox.
-    if (g_file_test("/.flatpak-info", G_FILE_TEST_EXISTS))
-        return InterfaceThread::post([finish = std::move(finish)] { finish(true); });
-
+bool endsWell(GMainContext* context) {
     const auto flags =
         static_cast<GSubprocessFlags>(G_SUBPROCESS_FLAGS_STDOUT_SILENCE | G_SUBPROCESS_FLAGS_STDERR_SILENCE);
     const auto process = ObjectRef<GSubprocess>::adopt(
         g_subprocess_new(flags, nullptr, "bwrap", "--unshare-user", "--ro-bind", "/", "/", "true", nullptr));
-    if (!process) // there is no bwrap
-        return InterfaceThread::post([finish = std::move(finish)] { finish(false); });
-    auto owned = std::make_unique<Finish>(std::move(finish));
-    g_subprocess_wait_check_async(process.get(), nullptr, checked, owned.release());
+    if (!process) return false; // there is no bwrap
+    Awaited answer;
+    g_subprocess_wait_check_async(process.get(), nullptr, processEnded, &answer);
+    GSource* const limit = g_timeout_source_new(patience);
+    g_source_set_callback(
+        limit,
+        +[](gpointer hung) -> gboolean {
+            g_subprocess_force_exit(G_SUBPROCESS(hung)); // which ends the wait
+            return G_SOURCE_REMOVE;
+        },
+        process.get(), nullptr);
+    g_source_attach(limit, context);
+    while (!answer.ended) g_main_context_iteration(context, TRUE);
+    g_source_destroy(limit);
+    g_source_unref(limit);
+    return answer.succeeded;
 }
 
 } // namespace
 
-Later<bool> sandboxWorks() {
-    return Later<bool>(begin);
+bool sandboxWorks() {
+    // In a Flatpak the portal starts the inner sandbox.
+    if (g_file_test("/.flatpak-info", G_FILE_TEST_EXISTS)) return true;
+    const std::unique_ptr<GMainContext, decltype(&g_main_context_unref)> context(g_main_context_new(),
+                                                                                 &g_main_context_unref);
+    g_main_context_push_thread_default(context.get());
+    const bool works = endsWell(context.get());
+    g_main_context_pop_thread_default(context.get());
+    return works;
 }
 
 } // namespace TesselMail

@@ -1,11 +1,9 @@
 #pragma once
 
-#include "TesselMail/Platform/Task.h"
-
 namespace TesselMail {
 
-/// Whether the web view's sandbox can start on this system. Where it cannot, making a web view would end the
-/// program.
-Later<bool> sandboxWorks();
+/// Whether the web view's sandbox can start on this system, found by starting one, which takes some
+/// milliseconds and three seconds at most. Where it cannot, making a web view would end the program.
+bool sandboxWorks();
 
 } // namespace TesselMail

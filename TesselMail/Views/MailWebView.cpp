@@ -48,9 +48,9 @@ MailWebCoordinator::Navigation navigationOf(WebKitPolicyDecision* decision) {
 
 } // namespace
 
-MailWebView::MailWebView(AppModel& model, std::string rulesFolder)
+MailWebView::MailWebView(AppModel& model, std::unique_ptr<LockedWebView> locked)
     : Glib::ObjectBase("TesselMailWebView"), Glib::ExtraClassInit(letFocusLeave), model_(model),
-      locked_(std::move(rulesFolder)), view_(ObjectRef<WebKitWebView>::retain(locked_.view())), page_(view_),
+      locked_(std::move(locked)), view_(ObjectRef<WebKitWebView>::retain(locked_->view())), page_(view_),
       link_(*this, model.preferences()),
       copyLink_(Gio::SimpleAction::create(copyLinkAction, Glib::VARIANT_TYPE_STRING)),
       coordinator_(
@@ -86,7 +86,7 @@ MailWebView::MailWebView(AppModel& model, std::string rulesFolder)
     link_.signalLeft().connect(sigc::mem_fun(*this, &MailWebView::focusText));
     copyLink_->signal_activate().connect(sigc::mem_fun(*this, &MailWebView::copyLink));
     showTexts();
-    locked_.installRules([this](bool installed) {
+    locked_->installRules([this](bool installed) {
         coordinator_.rulesInstalled(installed);
         if (!installed) signalShown_.emit();
     });
@@ -109,9 +109,12 @@ void MailWebView::configure() {
     g_signal_connect(view, "load-changed",
                      G_CALLBACK(+[](WebKitWebView*, WebKitLoadEvent event, MailWebView* self) {
                          // A load that failed is told as finished, too.
-                         if (event == WEBKIT_LOAD_STARTED) self->loadFailed_ = false;
+                         if (event == WEBKIT_LOAD_STARTED) {
+                             self->loadFailed_ = false;
+                             self->loading_ = self->page_.navigation();
+                         }
                          if (event == WEBKIT_LOAD_FINISHED && !self->loadFailed_)
-                             self->coordinator_.finishedLoading(self->page_.navigation());
+                             self->coordinator_.finishedLoading(self->loading_);
                      }),
                      this);
     g_signal_connect(view, "load-failed",

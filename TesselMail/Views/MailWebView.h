@@ -21,8 +21,8 @@ class AppModel;
 /// outlives it.
 class MailWebView : public Glib::ExtraClassInit, public Gtk::Overlay {
 public:
-    /// `rulesFolder` comes from `LockedWebView::makeRulesFolder` and is removed again.
-    MailWebView(AppModel& model, std::string rulesFolder);
+    /// `locked` has loaded nothing yet.
+    MailWebView(AppModel& model, std::unique_ptr<LockedWebView> locked);
     ~MailWebView() override;
 
     /// Shows what the model shows; called again after any change of it, of the theme or of the text size.
@@ -55,7 +55,7 @@ private:
     void showLink(const std::string& address, PageRectangle place);
 
     AppModel& model_;
-    LockedWebView locked_;
+    std::unique_ptr<LockedWebView> locked_;
     ObjectRef<WebKitWebView> view_;
     WebKitReadingPage page_;
     Gtk::Label target_; // the address under the pointer or the focus
@@ -64,6 +64,7 @@ private:
     sigc::signal<void()> signalShown_;
     const MailCore::UUID emptyPage_ = MailCore::UUID::random();
     bool loadFailed_ = false;
+    std::uint64_t loading_ = 0; // the navigation under way; 0 is the view's own first page
     MailWebCoordinator coordinator_;
     MailCore::Alive<MailWebView> alive_{*this};
 };

@@ -7,8 +7,9 @@
 #include <gio/gio.h>
 
 namespace TesselMail {
-MainWindow::MainWindow(AppModel& model, WindowState& state)
-    : model_(model), state_(state), welcome_(model), panes_(model, state), opening_(model), toasts_(model) {
+MainWindow::MainWindow(AppModel& model, WindowState& state, PreparedView prepared)
+    : model_(model), state_(state), welcome_(model), panes_(model, state, std::move(prepared)),
+      opening_(model), toasts_(model) {
     installStyle(get_display());
     set_default_size(state.width, state.height);
     if (state.maximized) maximize();

@@ -18,7 +18,7 @@ namespace TesselMail {
 /// The window: the panes, or the welcome while nothing is open. `model` and `state` outlive it.
 class MainWindow : public Gtk::ApplicationWindow {
 public:
-    MainWindow(AppModel& model, WindowState& state);
+    MainWindow(AppModel& model, WindowState& state, PreparedView prepared = PreparedView::make());
     ~MainWindow() override;
     /// Tells people something that needs no answer.
     void tell(const std::string& text) { toasts_.tell(text); }

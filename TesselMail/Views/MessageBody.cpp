@@ -2,7 +2,6 @@
 
 #include "MailCore/Platform/Text.h"
 #include "MailCore/Rendering/ReadableText.h"
-#include "TesselMail/Platform/SandboxCheck.h"
 #include "TesselMail/Views/Actions.h"
 
 namespace TesselMail {
@@ -16,18 +15,18 @@ bool isDark() {
 
 } // namespace
 
-MessageBody::MessageBody(AppModel& model)
+MessageBody::MessageBody(AppModel& model, PreparedView prepared)
     : model_(model), plain_(model.preferences()),
-      plainText_(Gio::SimpleAction::create_bool(Actions::plainText.name(), false)) {
+      plainText_(Gio::SimpleAction::create_bool(Actions::plainText.name(), false)), lack_(prepared.lack) {
     set_hhomogeneous(false);
     set_vhomogeneous(false);
     set_vexpand(true);
-    add(waiting_, "waiting");
     add(plain_, "plain");
     plainText_->signal_change_state().connect(sigc::mem_fun(*this, &MessageBody::changePlainText));
     g_signal_connect_swapped(adw_style_manager_get_default(), "notify::dark",
                              G_CALLBACK(+[](MessageBody* self) { self->update(); }), this);
-    prepareView(alive_.handle());
+    if (prepared.view) takeView(std::move(prepared.view));
+    update();
 }
 
 MessageBody::~MessageBody() {
@@ -35,35 +34,23 @@ MessageBody::~MessageBody() {
     g_signal_handlers_disconnect_by_data(adw_style_manager_get_default(), this);
 }
 
-Task MessageBody::prepareView(MailCore::Alive<MessageBody>::Handle self) {
-    const bool sandboxed = co_await sandboxWorks();
-    if (self) self->makeView(sandboxed);
-}
-
-void MessageBody::makeView(bool sandboxed) {
-    lacksSandbox_ = !sandboxed;
-    std::string folder = sandboxed ? LockedWebView::makeRulesFolder() : std::string();
-    lacksFolder_ = sandboxed && folder.empty();
-    if (!folder.empty()) {
-        web_.emplace(model_, std::move(folder));
-        web_->set_vexpand(true);
-        web_->add_css_class("reading-view");
-        web_->signalShown().connect(sigc::mem_fun(*this, &MessageBody::webShown));
-        add(*web_, "web");
-    }
-    update();
-    signalShown_.emit();
+void MessageBody::takeView(std::unique_ptr<LockedWebView> view) {
+    web_.emplace(model_, std::move(view));
+    web_->set_vexpand(true);
+    web_->add_css_class("reading-view");
+    web_->signalShown().connect(sigc::mem_fun(*this, &MessageBody::webShown));
+    add(*web_, "web");
 }
 
 const Phrase* MessageBody::reason() const {
-    if (lacksSandbox_) return &Texts::plainWithoutSandbox;
+    if (lack_ == PreparedView::Lack::sandbox) return &Texts::plainWithoutSandbox;
     if (lacksRules()) return &Texts::plainWithoutRules;
     if (unanswered_ == *model_.selectionVersion) return &Texts::plainWithoutAnswer;
     return nullptr;
 }
 
 bool MessageBody::lacksRules() const {
-    return lacksFolder_ || (web_ && web_->lacksRules());
+    return lack_ == PreparedView::Lack::folder || (web_ && web_->lacksRules());
 }
 
 bool MessageBody::wantsPlainText() const {
@@ -77,7 +64,7 @@ bool MessageBody::showsPlainText() const {
 }
 
 void MessageBody::update() {
-    plainText_->set_enabled(!lacksSandbox_ && !lacksRules());
+    plainText_->set_enabled(lack_ != PreparedView::Lack::sandbox && !lacksRules());
     if (web_) {
         // A process that has kept one message waiting is not given another.
         if (unanswered_ && unanswered_ != *model_.selectionVersion) {
@@ -130,11 +117,8 @@ void MessageBody::hideOther() {
 }
 
 void MessageBody::showView() {
-    Gtk::Widget* next = &waiting_;
-    if (showsPlainText())
-        next = &plain_;
-    else if (web_)
-        next = &*web_;
+    Gtk::Widget* next = &plain_;
+    if (!showsPlainText()) next = &*web_;
     if (next == &plain_)
         showPlainText();
     else

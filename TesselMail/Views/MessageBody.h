@@ -5,6 +5,7 @@
 #include "TesselMail/Platform/Task.h"
 #include "TesselMail/Views/MailWebView.h"
 #include "TesselMail/Views/PlainMessageView.h"
+#include "TesselMail/Views/PreparedView.h"
 
 #include <gtkmm.h>
 
@@ -16,7 +17,7 @@ namespace TesselMail {
 /// is not to be had. A web view that does not answer gives way to the plain text. `model` outlives it.
 class MessageBody : public Gtk::Stack {
 public:
-    explicit MessageBody(AppModel& model);
+    MessageBody(AppModel& model, PreparedView prepared);
     ~MessageBody() override;
 
     /// Shows the model's message; called again after any change of it.
@@ -36,8 +37,7 @@ public:
     sigc::signal<void()>& signalShown() { return signalShown_; }
 
 private:
-    static Task prepareView(MailCore::Alive<MessageBody>::Handle self);
-    void makeView(bool sandboxed);
+    void takeView(std::unique_ptr<LockedWebView> view);
     bool wantsPlainText() const;
     bool lacksRules() const;
     const Phrase* reason() const;
@@ -51,15 +51,12 @@ private:
     AppModel& model_;
     std::optional<MailWebView> web_; // where its sandbox can start
     PlainMessageView plain_;
-    Gtk::Box waiting_; // until it is known whether it can
     Glib::RefPtr<Gio::SimpleAction> plainText_;
-    bool lacksSandbox_ = false;
-    bool lacksFolder_ = false;                 // for the rules of the web view
+    PreparedView::Lack lack_;
     std::optional<MailCore::UUID> watched_;    // the message that is awaited
     std::optional<MailCore::UUID> unanswered_; // the message that was awaited in vain
     sigc::connection watch_;
     sigc::signal<void()> signalShown_;
-    MailCore::Alive<MessageBody> alive_{*this};
 };
 
 } // namespace TesselMail

@@ -23,8 +23,8 @@ GtkWidget* object(Gtk::Widget& widget) {
 
 } // namespace
 
-Panes::Panes(AppModel& model, WindowState& state)
-    : model_(model), state_(state), sidebar_(model), list_(model), reader_(model),
+Panes::Panes(AppModel& model, WindowState& state, PreparedView prepared)
+    : model_(model), state_(state), sidebar_(model), list_(model), reader_(model, std::move(prepared)),
       sourcesPane_(sidebar_, leastSources, state.sidebarWidth),
       listPane_(list_, leastList, static_cast<int>(std::lround(model.mailListWidth))),
       readerPane_(reader_, leastReader, leastReader), outer_(makeLeaflet()), inner_(makeLeaflet()) {

@@ -16,7 +16,7 @@ namespace TesselMail {
 /// People drag the lines between them. `model` and `state` outlive it.
 class Panes {
 public:
-    Panes(AppModel& model, WindowState& state);
+    Panes(AppModel& model, WindowState& state, PreparedView prepared);
     Panes(const Panes&) = delete;
     Panes& operator=(const Panes&) = delete;
     ~Panes();

@@ -14,9 +14,9 @@ constexpr unsigned otherDelay = 250; // milliseconds
 
 } // namespace
 
-ReadingPane::ReadingPane(AppModel& model)
+ReadingPane::ReadingPane(AppModel& model, PreparedView prepared)
     : Gtk::Box(Gtk::Orientation::VERTICAL), model_(model), capture_(model), messageHeader_(model),
-      attachments_(model), body_(model) {
+      attachments_(model), body_(model, std::move(prepared)) {
     add_css_class("reading-pane");
     details_.set_icon_name("help-about-symbolic");
     gtk_actionable_set_action_name(GTK_ACTIONABLE(details_.gobj()), Actions::details.path);

@@ -15,7 +15,7 @@ namespace TesselMail {
 /// outlives it.
 class ReadingPane : public Gtk::Box {
 public:
-    explicit ReadingPane(AppModel& model);
+    ReadingPane(AppModel& model, PreparedView prepared);
     ~ReadingPane() override;
 
     Adwaita::HeaderBar& header() noexcept { return header_; }

@@ -59,7 +59,7 @@ void Toasts::tell(const std::string& text) {
 void Toasts::saved(const MailCore::URL& file) {
     AdwToast* const toast = make(model_.preferences().text(Texts::saved));
     adw_toast_set_button_label(toast, model_.preferences().text(Texts::showInFolder).c_str());
-    using Asked = std::pair<Alive<Toasts>::Handle, MailCore::URL>;
+    using Asked = std::pair<MailCore::Alive<Toasts>::Handle, MailCore::URL>;
     auto asked = std::make_unique<Asked>(alive_.handle(), file);
     g_signal_connect_data(
         toast, "button-clicked", G_CALLBACK(+[](AdwToast*, const Asked* what) {
@@ -71,7 +71,7 @@ void Toasts::saved(const MailCore::URL& file) {
     present(toast);
 }
 
-Task Toasts::showInFolder(Alive<Toasts>::Handle self, MailCore::URL file) {
+Task Toasts::showInFolder(MailCore::Alive<Toasts>::Handle self, MailCore::URL file) {
     const bool shown = co_await self->model_.showInFolder(file);
     if (!shown && self)
         self->tell(self->model_.preferences().text(Texts::savedAs) + displayed(file.path(), 200));

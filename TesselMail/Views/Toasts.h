@@ -1,7 +1,7 @@
 #pragma once
 
+#include "MailCore/Platform/Alive.h"
 #include "TesselMail/Model/AppModel.h"
-#include "TesselMail/Platform/Alive.h"
 
 #include <adwaita.h>
 #include <gtkmm.h>
@@ -28,12 +28,12 @@ private:
     AdwToast* make(const std::string& text);
     void present(AdwToast* toast);
     void saved(const MailCore::URL& file);
-    static Task showInFolder(Alive<Toasts>::Handle self, MailCore::URL file);
+    static Task showInFolder(MailCore::Alive<Toasts>::Handle self, MailCore::URL file);
 
     AppModel& model_;
     AdwToastOverlay* overlay_;
     sigc::connection saved_;
-    Alive<Toasts> alive_{*this};
+    MailCore::Alive<Toasts> alive_{*this};
 };
 
 } // namespace TesselMail

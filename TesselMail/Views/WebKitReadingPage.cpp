@@ -20,17 +20,25 @@ constexpr std::string_view updateScript = R"(if (replace) {
   fragment.innerHTML = body;
   window.getSelection()?.removeAllRanges();
   const wrapper = document.createElement('div');
-  wrapper.className = contentClass;
+  wrapper.className = 'mail-content';
   wrapper.append(fragment.content);
   document.body.replaceChildren(wrapper);
-  document.getElementById(stylesID).textContent = stylesheet;
+  document.getElementById('mail-styles').textContent = stylesheet;
   window.scrollTo(0, 0);
 }
 document.documentElement.dataset.theme = dark ? 'dark' : 'light';
-document.documentElement.style.setProperty(paperProperty, paper);
+document.documentElement.style.setProperty('--paper', paper);
 document.body.style.fontSize = fontSize + 'px';
-document.documentElement.style.setProperty(scaleProperty, fontSize / baseFontSize);
+document.documentElement.style.setProperty('--mail-scale', fontSize / 16);
 return true;)";
+
+// It is to be read whole, and names what the page is made of.
+constexpr bool scriptNames(std::string_view part) {
+    return updateScript.find(part) != std::string_view::npos;
+}
+static_assert(scriptNames(PageParts::contentClass) && scriptNames(PageParts::stylesID) &&
+              scriptNames(PageParts::paperProperty) && scriptNames(PageParts::scaleProperty) &&
+              PageParts::baseFontSize == 16);
 
 constexpr std::string_view locateScript =
     "const a=[...document.links].find(a=>a.getAttribute('href')===href); if(!a)return null; const "
@@ -120,11 +128,6 @@ void WebKitReadingPage::update(PageUpdate update, std::function<void(bool)> answ
     g_variant_dict_insert_value(&arguments, "dark", flag(update.dark));
     g_variant_dict_insert_value(&arguments, "paper", text(std::move(update.paper)));
     g_variant_dict_insert_value(&arguments, "fontSize", g_variant_new_double(update.fontSize));
-    g_variant_dict_insert_value(&arguments, "baseFontSize", g_variant_new_double(PageParts::baseFontSize));
-    g_variant_dict_insert_value(&arguments, "contentClass", text(std::string(PageParts::contentClass)));
-    g_variant_dict_insert_value(&arguments, "stylesID", text(std::string(PageParts::stylesID)));
-    g_variant_dict_insert_value(&arguments, "scaleProperty", text(std::string(PageParts::scaleProperty)));
-    g_variant_dict_insert_value(&arguments, "paperProperty", text(std::string(PageParts::paperProperty)));
     call(view_.get(), updateScript, g_variant_dict_end(&arguments),
          [answer = std::move(answer)](JSCValue* value) { answer(value != nullptr); });
 }

@@ -53,6 +53,7 @@ protected:
         locked_ = std::make_unique<LockedWebView>(LockedWebView::makeRulesFolder());
         gtk_window_set_child(GTK_WINDOW(window_), GTK_WIDGET(view()));
         gtk_window_present(GTK_WINDOW(window_));
+        waitUntil([this] { return !webkit_web_view_is_loading(view()); }); // its own empty page
     }
     void TearDown() override { gtk_window_destroy(GTK_WINDOW(window_)); }
 

@@ -39,7 +39,7 @@ TEST(SourceKinds, AreWhatTheDesktopIsToldOf) {
             installed[found(type, R"(type="([^"]*)\")").at(0)].insert(extension);
     EXPECT_EQ(installed, kinds);
 
-    std::set<std::string> types{"x-scheme-handler/mailto"};
+    std::set<std::string> types{"x-scheme-handler/mailto", "inode/directory"}; // a Maildir is a folder
     for (const auto& [type, extensions] : kinds) types.insert(type);
     const std::string entry = contents("packaging/org.tesselmail.TesselMail.desktop");
     const auto opened = found(found(entry, "\nMimeType=([^\n]*)").at(0), "([^;]+)");
@@ -80,7 +80,7 @@ TEST(SourceKinds, AreWhatAttachmentsAreReadAs) {
         {"message/rfc822", "x.msg", MessageFormat::outlook},
         {"application/vnd.ms-outlook", "x.eml", MessageFormat::outlook},
         {"message/rfc822", "x.emlx", MessageFormat::mime}, // without the frame that files have
-        {"message/x-emlx", "x.emlx", std::nullopt},
+        {"application/x-emlx", "x.emlx", std::nullopt},
         {"application/mbox", "x.mbox", std::nullopt},
         {"application/x-outlook-template", "x", std::nullopt},
     };

@@ -1,0 +1,17 @@
+#include "TesselMail/Views/PreparedView.h"
+
+#include "TesselMail/Platform/SandboxCheck.h"
+
+#include <string>
+#include <utility>
+
+namespace TesselMail {
+
+PreparedView PreparedView::make() {
+    if (!sandboxWorks()) return {.lack = Lack::sandbox, .view = nullptr};
+    std::string folder = LockedWebView::makeRulesFolder();
+    if (folder.empty()) return {.lack = Lack::folder, .view = nullptr};
+    return {.lack = Lack::none, .view = std::make_unique<LockedWebView>(std::move(folder))};
+}
+
+} // namespace TesselMail
