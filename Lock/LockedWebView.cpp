@@ -63,9 +63,13 @@ void LockedWebView::removeFolder() const {
     std::filesystem::remove_all(rulesFolder_, ignored);
 }
 
-void LockedWebView::installRules(Installed installed) {
-    using Handle = MailCore::Alive<LockedWebView>::Handle;
+void LockedWebView::whenReady(Installed installed) {
     installed_ = std::move(installed);
+    tellWhenReady();
+}
+
+void LockedWebView::compileRules() {
+    using Handle = MailCore::Alive<LockedWebView>::Handle;
     rules_.reset(webkit_user_content_filter_store_new(rulesFolder_.c_str()));
     const std::string& text = MailCore::MailSecurity::contentRules();
     GBytes* const source = g_bytes_new_static(text.data(), text.size());

@@ -30,9 +30,12 @@ public:
     ~LockedWebView();
 
     WebKitWebView* view() const noexcept { return view_.get(); }
-    /// Compiles the blocking rules; `installed` is not told any more when this is gone, nor before the view's
-    /// own first page is there: an empty one, for which its processes start while other things are done.
-    void installRules(Installed installed);
+    /// Begins to compile the blocking rules, which come into force when that is done.
+    void compileRules();
+    /// Tells `installed` once, when the rules have been compiled and the view's own first page is there: an
+    /// empty one, for which its processes start while other things are done. Not told any more when this is
+    /// gone.
+    void whenReady(Installed installed);
 
 private:
     struct Unref {

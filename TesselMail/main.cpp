@@ -62,8 +62,8 @@ protected:
             else if (isMailLink(file->get_uri()))
                 return receive(file->get_uri());
         }
-        present();
         model_->open(urls);
+        present(); // with what is being opened, rather than with the welcome first
     }
 
 private:

@@ -37,5 +37,8 @@ for at, (page, shown) in enumerate(zip(pages, whole)):
                 f"Date: {20 - at} Jan 2024 10:00:00 +0000\nMIME-Version: 1.0\nContent-Type: text/html; charset=utf-8\n\n{page}\n\n")
     with open(f"{folder}/{at}.html", "w") as file:
         file.write(shown)
+    for name in ("body", "stylesheet"):
+        with open(f"{folder}/{at}.{'css' if name == 'stylesheet' else name}", "w") as file:
+            file.write(rendered[at][name])
 with open(f"{folder}/newsletters.mbox", "w") as file:
     file.write(archive)

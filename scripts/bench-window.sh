@@ -28,7 +28,7 @@ dbus-run-session -- xvfb-run -a -s '-screen 0 1280x800x24' bash -c '
             $programs/TesselMail/tessel-mail "$folder/newsletters.mbox")
         sleep 1
         echo bare $($programs/benchmarks/tessel-watch-screen 8 Down Up 12a94b a9124b \
-            $programs/benchmarks/bare-window "$folder/0.html" "$folder/1.html")
+            $programs/benchmarks/bare-window "$folder")
         sleep 1
     done
     kill %1' bench "$folder" 2>/dev/null | tee build/bench-window/runs | awk '

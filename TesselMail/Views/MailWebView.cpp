@@ -86,7 +86,7 @@ MailWebView::MailWebView(AppModel& model, std::unique_ptr<LockedWebView> locked)
     link_.signalLeft().connect(sigc::mem_fun(*this, &MailWebView::focusText));
     copyLink_->signal_activate().connect(sigc::mem_fun(*this, &MailWebView::copyLink));
     showTexts();
-    locked_->installRules([this](bool installed) {
+    locked_->whenReady([this](bool installed) {
         coordinator_.rulesInstalled(installed);
         if (!installed) signalShown_.emit();
     });

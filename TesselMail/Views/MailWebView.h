@@ -21,7 +21,7 @@ class AppModel;
 /// outlives it.
 class MailWebView : public Glib::ExtraClassInit, public Gtk::Overlay {
 public:
-    /// `locked` has loaded nothing yet.
+    /// `locked` compiles its rules and has loaded nothing of its owner's.
     MailWebView(AppModel& model, std::unique_ptr<LockedWebView> locked);
     ~MailWebView() override;
 

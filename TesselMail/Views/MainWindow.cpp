@@ -35,6 +35,8 @@ MainWindow::MainWindow(AppModel& model, WindowState& state, PreparedView prepare
     addActions();
     addDropTarget();
     model_.collections.signalChanged().connect(sigc::mem_fun(*this, &MainWindow::showWelcome));
+    model_.busy.signalChanged().connect(
+        sigc::mem_fun(*this, &MainWindow::showWelcome)); // not before what comes
     model_.selectedCollection.signalChanged().connect(sigc::mem_fun(*this, &MainWindow::showSelectedList));
     model_.capture.signalChanged().connect(sigc::mem_fun(*this, &MainWindow::showCapture));
     for (auto* const signal : {&model_.collections.signalChanged(), &model_.readRequest.signalChanged(),
@@ -131,7 +133,7 @@ void MainWindow::showTexts() {
 }
 
 void MainWindow::showWelcome() {
-    const bool nothing = model_.collections->empty() && !*model_.capture;
+    const bool nothing = model_.collections->empty() && !*model_.capture && !*model_.busy;
     if (nothing != (stack_.get_visible_child_name() == "welcome")) {
         stack_.set_visible_child(nothing ? "welcome" : "content");
         if (nothing) welcome_.focusOpen(); // the focus went with what was closed

@@ -11,7 +11,9 @@ PreparedView PreparedView::make() {
     if (!sandboxWorks()) return {.lack = Lack::sandbox, .view = nullptr};
     std::string folder = LockedWebView::makeRulesFolder();
     if (folder.empty()) return {.lack = Lack::folder, .view = nullptr};
-    return {.lack = Lack::none, .view = std::make_unique<LockedWebView>(std::move(folder))};
+    auto view = std::make_unique<LockedWebView>(std::move(folder));
+    view->compileRules();
+    return {.lack = Lack::none, .view = std::move(view)};
 }
 
 } // namespace TesselMail

@@ -1,7 +1,7 @@
 #include "TesselMail/Views/WebKitReadingPage.h"
 
-#include "MailCore/Rendering/PageParts.h"
 #include "TesselMail/Platform/InterfaceThread.h"
+#include "TesselMail/Views/PageScripts.h"
 
 #include <gtk/gtk.h>
 
@@ -15,44 +15,7 @@ namespace PageParts = MailCore::PageParts;
 
 constexpr const char* scriptWorld = "TesselMail";
 
-constexpr std::string_view updateScript = R"(if (replace) {
-  const fragment = document.createElement('template');
-  fragment.innerHTML = body;
-  window.getSelection()?.removeAllRanges();
-  const wrapper = document.createElement('div');
-  wrapper.className = 'mail-content';
-  wrapper.append(fragment.content);
-  document.body.replaceChildren(wrapper);
-  document.getElementById('mail-styles').textContent = stylesheet;
-  window.scrollTo(0, 0);
-}
-document.documentElement.dataset.theme = dark ? 'dark' : 'light';
-document.documentElement.style.setProperty('--paper', paper);
-document.body.style.fontSize = fontSize + 'px';
-document.documentElement.style.setProperty('--mail-scale', fontSize / 16);
-return true;)";
-
-// It is to be read whole, and names what the page is made of.
-constexpr bool scriptNames(std::string_view part) {
-    return updateScript.find(part) != std::string_view::npos;
-}
-static_assert(scriptNames(PageParts::contentClass) && scriptNames(PageParts::stylesID) &&
-              scriptNames(PageParts::paperProperty) && scriptNames(PageParts::scaleProperty) &&
-              PageParts::baseFontSize == 16);
-
-constexpr std::string_view locateScript =
-    "const a=[...document.links].find(a=>a.getAttribute('href')===href); if(!a)return null; const "
-    "r=a.getBoundingClientRect(); return {x:r.x,y:r.y,width:r.width,height:r.height};";
-
-// A link that cannot be seen takes no focus.
-constexpr std::string_view focusScript = R"(const links = [...document.links];
-if (!forward) links.reverse();
-for (const link of links.slice(links.indexOf(document.activeElement) + 1)) {
-  link.focus({focusVisible: true});
-  if (document.activeElement === link) return {href: link.getAttribute('href'), text: link.innerText.slice(0, 2048)};
-}
-document.activeElement?.blur();
-return null;)";
+using namespace PageScripts;
 
 // One value of the page, or nothing when the script failed.
 using Answer = std::function<void(JSCValue*)>;

@@ -61,7 +61,8 @@ protected:
     void installRules() {
         bool done = false;
         bool installed = false;
-        locked_->installRules([&](bool success) {
+        locked_->compileRules();
+        locked_->whenReady([&](bool success) {
             done = true;
             installed = success;
         });
