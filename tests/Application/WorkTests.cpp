@@ -1,7 +1,11 @@
 #include "MailCore/Model/MailError.h"
+#include "TesselMail/Platform/SerialQueue.h"
 #include "tests/Application/ModelFixture.h"
 
 #include <gmock/gmock.h>
+
+#include <algorithm>
+#include <future>
 
 namespace TesselMail::Testing {
 namespace {
@@ -37,6 +41,21 @@ TEST(IndexDelivery, HandsOverWhatCameTogetherAtOnce) {
     delivery->push(second);
     delivery->flush();
     EXPECT_THAT(received.back(), ElementsAre(2));
+}
+
+TEST(SerialQueue, RunsAllThatWasGivenToItBeforeItGoes) {
+    constexpr int pieces = 10'000; // far more than can run before the queue begins to go
+    std::vector<int> ran;
+    std::promise<void> begin;
+    {
+        SerialQueue queue("test.queue");
+        queue.submit([begun = begin.get_future().share()] { begun.wait(); });
+        for (int number = 0; number < pieces; ++number)
+            queue.submit([&ran, number] { ran.push_back(number); });
+        begin.set_value();
+    }
+    ASSERT_EQ(ran.size(), std::size_t{pieces});
+    EXPECT_TRUE(std::ranges::is_sorted(ran));
 }
 
 class Work : public ModelTest {
