@@ -133,6 +133,19 @@ TEST_F(Opening, KeepsWhatArrivedWhenItIsStopped) {
     }
 }
 
+// Work that has ended cannot be stopped any more; its result is on its way all the same.
+TEST_F(Opening, ListsNothingThatComesAfterItWasStopped) {
+    for (const bool whole : {true, false}) {
+        SCOPED_TRACE(whole ? "a message" : "a failure");
+        model_->open({whole ? letter("a.eml", "a") : folder_.write("b.eml", "")});
+        ArchiveWork::finish();
+        model_->cancel();
+        drain();
+        EXPECT_TRUE(model_->collections->empty());
+        EXPECT_EQ(*model_->error, std::nullopt);
+    }
+}
+
 TEST_F(Opening, ListsALongArchiveWholeWhileBatchesArrive) {
     std::vector<std::string> subjects;
     for (int number = 0; number < 20'000; ++number) subjects.push_back("message " + std::to_string(number));
