@@ -1,9 +1,11 @@
 // The panes beside the message: what they list, and how people get about in them.
 #include "MailCore/Dates/BriefDate.h"
+#include "MailCore/Model/Limits.h"
 #include "TesselMail/Views/SystemLocale.h"
 #include "tests/Application/WindowFixture.h"
 
 #include <algorithm>
+#include <filesystem>
 
 namespace TesselMail::Testing {
 namespace {
@@ -106,6 +108,24 @@ TEST_F(ListWindow, ShowsTheSelectedRowOfAnArchiveHoweverItIsOrdered) {
     waitUntil([this] { return inView("number 500."); });
 }
 
+TEST_F(ListWindow, IsOrderedByItsButton) {
+    open({archive("three.mbox", 3)});
+    waitUntil([this] { return inView("number 0."); });
+    GtkWidget* const button = find(root(), [](GtkWidget* widget) {
+        const char* const icon =
+            GTK_IS_TOGGLE_BUTTON(widget) ? gtk_button_get_icon_name(GTK_BUTTON(widget)) : nullptr;
+        return icon && std::string_view(icon) == "view-sort-descending-symbolic";
+    });
+    ASSERT_TRUE(button);
+    const auto active = [&] { return gtk_toggle_button_get_active(GTK_TOGGLE_BUTTON(button)) != FALSE; };
+    EXPECT_TRUE(active());
+    g_signal_emit_by_name(button, "clicked");
+    EXPECT_FALSE(active());
+    waitUntil([this] { return listed().front() == "number 0."; });
+    model_->setNewestFirst(true);
+    EXPECT_TRUE(active());
+}
+
 // A list in the making is no answer: neither while typing pauses nor when the text is taken back.
 TEST_F(ListWindow, SaysThatThereIsNothingOnlyWhenThatIsKnown) {
     open({archive("long.mbox", 300)});
@@ -114,6 +134,8 @@ TEST_F(ListWindow, SaysThatThereIsNothingOnlyWhenThatIsKnown) {
     EXPECT_FALSE(reads("No messages"));
     waitUntil([&] { return reads("No messages"); });
     EXPECT_TRUE(reads("\u2068nowhere\u2069"));
+    model_->setQuery("<i>&lt;");
+    waitUntil([&] { return reads("\u2068<i>&lt;\u2069"); });
     model_->setQuery("");
     EXPECT_FALSE(reads("No messages"));
     waitUntil([this] { return inView("number 0."); });
@@ -126,6 +148,80 @@ TEST_F(ListWindow, SaysThatThereIsNothingOnlyWhenThatIsKnown) {
     waitUntil([&] { return reads("11 messages"); });
     model_->setQuery("");
     waitUntil([this] { return inView("number 29."); });
+}
+
+// A list that lacks messages says so, and why, for as long as it is shown.
+TEST_F(ListWindow, SaysWhyMessagesAreMissing) {
+    const auto reads = [this](const Phrase& text) {
+        return labelIn(root(), preferences_.text(text)) != nullptr;
+    };
+    std::string content;
+    for (std::int64_t count = 0; count <= MailCore::Limits::messages; ++count)
+        content += "From x Mon Jan  1 10:00:00 2024\nSubject: s\n\n";
+    open({folder_.write("full.mbox", content)});
+    waitUntil([&] { return reads(Texts::limitReached); });
+    preferences_.setLanguage("zh-CN");
+    waitUntil([&] { return reads(Texts::limitReached); });
+    preferences_.setLanguage("en-US");
+    model_->closeAll();
+
+    model_->open({archive("stopped.mbox", 20'000)});
+    waitUntil([this] { return !model_->collections->empty(); });
+    EXPECT_FALSE(reads(Texts::interrupted));
+    model_->cancel();
+    waitUntil([&] { return reads(Texts::interrupted); });
+
+    folder_.write("Mail/cur/1", Mail().subject("one").text("Hello").string());
+    folder_.write("Mail/cur/2", Mail().subject("two").text("Hello").string());
+    open({folder_.url("Mail")});
+    waitUntil([&] { return !reads(Texts::interrupted); });
+    std::filesystem::remove(folder_.path("Mail/cur/2"));
+    model_->setQuery("Hello");
+    const std::string unread = "1" + std::string(Texts::unreadable.english);
+    waitUntil([&] { return labelIn(root(), unread) != nullptr; });
+    model_->selectCollection(idOf(0));
+    waitUntil([&] { return reads(Texts::interrupted); });
+}
+
+// An archive that takes long to open, because nearly all of it is a hole.
+TEST_F(ListWindow, OffersToStopALongOpening) {
+    const URL url = folder_.write("hole.mbox", "From x Mon Jan  1 10:00:00 2024\nSubject: s\n\n");
+    std::filesystem::resize_file(folder_.path("hole.mbox"), std::uintmax_t{1} << 34);
+    model_->open({url});
+    waitUntil([this] { return labelIn(root(), "Cancel") != nullptr; });
+    ASSERT_TRUE(*model_->busy);
+    g_signal_emit_by_name(buttonIn(root(), "Cancel"), "clicked");
+    EXPECT_FALSE(*model_->busy);
+    waitUntil([this] { return !labelIn(root(), "Cancel"); });
+}
+
+// Return reads the row it is pressed on, and again what could not be read; in the search field the first hit.
+TEST_F(ListWindow, ReadsWhatReturnIsPressedOn) {
+    const auto pressOn = [this](guint position) {
+        gtk_widget_activate_action(list(), "list.activate-item", "u", position);
+        settle();
+    };
+    open({archive("three.mbox", 3), letter("a.eml", "a letter")});
+    waitUntil([this] { return inView("number 0."); });
+    pressOn(0);
+    EXPECT_EQ(shownSubject(), "number 2.");
+
+    model_->setQuery("number 1.");
+    waitUntil([this] { return inView("number 1.") && !*model_->searching; });
+    GtkWidget* const field =
+        find(root(), [](GtkWidget* widget) { return GTK_IS_SEARCH_ENTRY(widget) != FALSE; });
+    g_signal_emit_by_name(field, "activate");
+    waitUntil([this] { return shownSubject() == "number 1."; });
+
+    model_->selectCollection(idOf(1));
+    settle();
+    model_->select(std::nullopt);
+    std::filesystem::rename(folder_.path("a.eml"), folder_.path("moved"));
+    pressOn(0);
+    EXPECT_EQ(shownSubject(), "nothing");
+    std::filesystem::rename(folder_.path("moved"), folder_.path("a.eml"));
+    pressOn(0);
+    EXPECT_EQ(shownSubject(), "a letter");
 }
 
 // Tab passes a list at one stroke, stops at its selected row and opens nothing on its way.
@@ -185,6 +281,42 @@ TEST_F(ListWindow, ShowsNamesAndShortDates) {
     EXPECT_EQ(line("message-sender"), "\u2068Ann Linden\u2069");
     EXPECT_EQ(line("message-date"), MailCore::BriefDate(systemLocale()).text(631'188'000, 631'188'000 * 2.0));
     EXPECT_EQ(line("message-date").find("UTC"), std::string::npos);
+}
+
+// The menu of a row closes its file, whatever is selected; beside the rows there is none.
+TEST_F(ListWindow, ClosesTheFileWhoseMenuIsOpened) {
+    open({letter("a.eml", "a"), letter("b.eml", "b"), letter("c.eml", "c")});
+    waitUntil([this] { return sources() && gtk_widget_get_height(sources()) > 0; });
+    GtkEventController* click = nullptr;
+    const auto controllers = ObjectRef<GListModel>::adopt(gtk_widget_observe_controllers(sources()));
+    for (guint at = 0; at < g_list_model_get_n_items(controllers.get()); ++at) {
+        const auto controller =
+            ObjectRef<GObject>::adopt(G_OBJECT(g_list_model_get_item(controllers.get(), at)));
+        if (GTK_IS_GESTURE_CLICK(controller.get()) &&
+            gtk_gesture_single_get_button(GTK_GESTURE_SINGLE(controller.get())) == GDK_BUTTON_SECONDARY)
+            click = GTK_EVENT_CONTROLLER(controller.get());
+    }
+    ASSERT_TRUE(click);
+    const auto menu = [this] {
+        return find(sources(), [](GtkWidget* widget) {
+            return GTK_IS_POPOVER(widget) && gtk_widget_get_visible(widget);
+        });
+    };
+    g_signal_emit_by_name(click, "pressed", 1, 5.0, 10'000.0);
+    EXPECT_FALSE(menu());
+    graphene_rect_t place;
+    waitUntil([&] { // until the rows have their places
+        GtkListBoxRow* const second = gtk_list_box_get_row_at_index(GTK_LIST_BOX(sources()), 1);
+        return second && gtk_widget_compute_bounds(GTK_WIDGET(second), sources(), &place) &&
+               place.origin.y > 0 && place.size.height > 0;
+    });
+    g_signal_emit_by_name(click, "pressed", 1, 5.0, place.origin.y + place.size.height / 2.0);
+    ASSERT_TRUE(menu());
+    EXPECT_TRUE(labelIn(menu(), "Close file"));
+    EXPECT_TRUE(gtk_widget_activate_action(menu(), "source.close", nullptr));
+    settle();
+    EXPECT_EQ(openNames(), (std::vector<std::string>{"a.eml", "c.eml"}));
+    EXPECT_EQ(*model_->selectedCollection, idOf(0));
 }
 
 // What stands in for a missing subject is a text of the window.
