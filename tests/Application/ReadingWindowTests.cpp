@@ -123,6 +123,24 @@ TEST_F(ReadingWindow, ShowsAMessageAsPlainTextAndBack) {
     EXPECT_EQ(plainText(), "");
 }
 
+TEST_F(ReadingWindow, ShowsTextsInTheSizeThatIsSetAndWithoutNULs) {
+    open({folder_.write("a.eml", Mail().subject("a").text(std::string("be\0fore", 7)).string())});
+    waitForPage("before");
+    preferences_.setTextSize(20);
+    waitUntil([this] { return evaluate("return document.body.style.fontSize") == "20px"; });
+    window_->activate_action("win.plain-text");
+    const auto pixels = [this] {
+        for (GtkWidget* const widget : shown())
+            if (GTK_IS_TEXT_VIEW(widget))
+                return pango_font_description_get_size(
+                           pango_context_get_font_description(gtk_widget_get_pango_context(widget))) /
+                       PANGO_SCALE;
+        return 0;
+    };
+    EXPECT_EQ(plainText(), "before");
+    waitUntil([&] { return pixels() == 20; });
+}
+
 TEST_F(ReadingWindow, GivesUpOnAPageThatDoesNotAnswer) {
     open({html("a.eml", "<p>First</p>"), html("b.eml", "<p>Second</p>"), html("c.eml", "<p>Third</p>")});
     waitForPage("First");
@@ -171,6 +189,79 @@ TEST_F(ReadingWindow, KeepsTheLinkPanelUntilAnotherMessageIsSelected) {
     EXPECT_THAT(linkPanel(), HasSubstr(Texts::copyLink.chinese));
     model_->selectCollection(idOf(1));
     EXPECT_EQ(linkPanel(), "");
+}
+
+TEST_F(ReadingWindow, CopiesFromTheLinkPanelWhatItsButtonSays) {
+    const struct {
+        std::string address;
+        const Phrase& label;
+        std::string copied;
+    } cases[] = {
+        {"https://tessel.example/x", Texts::copyLink, "https://tessel.example/x"},
+        {"mailto:ann%40tessel.example", Texts::copyAddress, "ann@tessel.example"},
+        {"tel:+44-20%205", Texts::copyNumber, "+44-20 5"},
+    };
+    for (const auto& one : cases) {
+        SCOPED_TRACE(one.address);
+        open({html("a.eml", "<p>Hello <a href='" + one.address + "'>there</a></p>")});
+        waitForPage("Hello there");
+        clickLink(one.copied);
+        GtkButton* const copy = buttonIn(GTK_WIDGET(window_->gobj()), std::string(one.label.english));
+        ASSERT_TRUE(copy);
+        g_signal_emit_by_name(copy, "clicked");
+        EXPECT_EQ(clipboardText(GTK_WIDGET(window_->gobj())), one.copied);
+        model_->closeAll();
+        waitUntil([this] { return pageText().empty(); });
+    }
+}
+
+// What the web view would offer by itself opens, downloads or reloads.
+TEST_F(ReadingWindow, OffersOnlyToCopyWhatIsUnderThePointer) {
+    open({html("a.eml", "<p>Hello <a href='https://tessel.example/x'>there</a></p>")});
+    waitForPage("Hello there");
+    const std::string token = evaluate("return document.links[0].href");
+    const struct {
+        const char* name;
+        guint context;
+        std::string link;
+        std::vector<WebKitContextMenuAction> items;
+    } cases[] = {
+        {"text", WEBKIT_HIT_TEST_RESULT_CONTEXT_DOCUMENT, "", {WEBKIT_CONTEXT_MENU_ACTION_SELECT_ALL}},
+        {"a link, which is copied by an action of ours",
+         WEBKIT_HIT_TEST_RESULT_CONTEXT_LINK,
+         token,
+         {WEBKIT_CONTEXT_MENU_ACTION_CUSTOM, WEBKIT_CONTEXT_MENU_ACTION_SELECT_ALL}},
+        {"no link of the message",
+         WEBKIT_HIT_TEST_RESULT_CONTEXT_LINK,
+         "file:///x",
+         {WEBKIT_CONTEXT_MENU_ACTION_SELECT_ALL}},
+        {"a selection",
+         WEBKIT_HIT_TEST_RESULT_CONTEXT_SELECTION,
+         "",
+         {WEBKIT_CONTEXT_MENU_ACTION_COPY, WEBKIT_CONTEXT_MENU_ACTION_SELECT_ALL}},
+    };
+    for (const auto& one : cases) {
+        SCOPED_TRACE(one.name);
+        const auto hit = ObjectRef<GObject>::adopt(
+            G_OBJECT(g_object_new(WEBKIT_TYPE_HIT_TEST_RESULT, "context", one.context, "link-uri",
+                                  one.link.empty() ? nullptr : one.link.c_str(), nullptr)));
+        const auto menu = ObjectRef<WebKitContextMenu>::retain(webkit_context_menu_new());
+        for (const auto action :
+             {WEBKIT_CONTEXT_MENU_ACTION_OPEN_LINK, WEBKIT_CONTEXT_MENU_ACTION_DOWNLOAD_LINK_TO_DISK,
+              WEBKIT_CONTEXT_MENU_ACTION_RELOAD})
+            webkit_context_menu_append(menu.get(), webkit_context_menu_item_new_from_stock_action(action));
+        gboolean handled = FALSE;
+        g_signal_emit_by_name(webView(), "context-menu", menu.get(), hit.get(), &handled);
+        EXPECT_FALSE(handled) << "no menu would be shown";
+        std::vector<WebKitContextMenuAction> items;
+        for (guint at = 0; at < webkit_context_menu_get_n_items(menu.get()); ++at)
+            items.push_back(webkit_context_menu_item_get_stock_action(
+                webkit_context_menu_get_item_at_position(menu.get(), at)));
+        EXPECT_EQ(items, one.items);
+
+        g_signal_emit_by_name(webView(), "mouse-target-changed", hit.get(), 0U);
+        EXPECT_EQ(labels().find("https://tessel.example/x") != std::string::npos, one.link == token);
+    }
 }
 
 TEST_F(ReadingWindow, WalksThroughTheLinksAndOutOfThePage) {
@@ -231,6 +322,25 @@ TEST_F(ReadingWindow, AddsNothingToWhatPeopleCopy) {
     EXPECT_THAT(selectable(), HasSubstr("ann@tessel.example\n\u05D0\n"));
 }
 
+TEST_F(ReadingWindow, TellsWhoWroteToWhom) {
+    open({folder_.write("a.eml", Mail()
+                                     .from("Ann <ann@tessel.example>")
+                                     .to("Ben <ben@tessel.example>")
+                                     .cc("Cleo <cleo@tessel.example>")
+                                     .subject("Tide")
+                                     .text("Hello")
+                                     .string()),
+          folder_.write("b.eml", Mail().from("Dora").subject("No others").text("Hello again").string())});
+    waitForPage("Hello");
+    EXPECT_THAT(labels(), HasSubstr("Tide\nFrom\nAnn <ann@tessel.example>\nTo\nBen <ben@tessel.example>\nCc\n"
+                                    "Cleo <cleo@tessel.example>\n"));
+    model_->selectCollection(idOf(1));
+    waitForPage("Hello again");
+    EXPECT_THAT(labels(), HasSubstr("No others\nFrom\nDora\n"));
+    EXPECT_THAT(labels(), Not(HasSubstr("\nTo\n")));
+    EXPECT_THAT(labels(), Not(HasSubstr("\nCc\n")));
+}
+
 TEST_F(ReadingWindow, ShowsPartOfALongLinkAndCopiesAllOfIt) {
     const std::string word(60'000, 'x');
     model_->open({*MailCore::URL::parse("mailto:ann@tessel.example?subject=" + word + "&body=" + word)});
@@ -238,6 +348,17 @@ TEST_F(ReadingWindow, ShowsPartOfALongLinkAndCopiesAllOfIt) {
     EXPECT_THAT(labels(), HasSubstr("xxx…"));
     g_signal_emit_by_name(buttonIn(GTK_WIDGET(window_->gobj()), "Copy details"), "clicked");
     EXPECT_THAT(clipboardText(GTK_WIDGET(window_->gobj())), HasSubstr(word + "\n\n" + word));
+}
+
+TEST_F(ReadingWindow, ShowsEveryFieldOfACapturedLinkAndCopiesItAsItCame) {
+    const std::string link = "mailto:ann@tessel.example?cc=ben@tessel.example&bcc=cleo%40tessel.example"
+                             "&subject=High%20water&body=At%20noon&x=y";
+    model_->open({*MailCore::URL::parse(link)});
+    EXPECT_THAT(labels(),
+                HasSubstr("To\nann@tessel.example\nCc\nben@tessel.example\nBcc\ncleo@tessel.example\n"
+                          "Subject\nHigh water\nMessage\nAt noon\n"));
+    g_signal_emit_by_name(buttonIn(GTK_WIDGET(window_->gobj()), "Copy original link"), "clicked");
+    EXPECT_EQ(clipboardText(GTK_WIDGET(window_->gobj())), link);
 }
 
 TEST_F(ReadingWindow, PutsACapturedLinkAway) {
@@ -313,6 +434,22 @@ TEST_F(ReadingWindow, SavesAFileAndReadsAMessageByTheirOwnButtons) {
     EXPECT_EQ(panels_.proposedNames.size(), 1U);
 }
 
+TEST_F(ReadingWindow, OffersNothingOfAnAttachmentThatIsBroken) {
+    open({folder_.write("a.eml", Mail()
+                                     .subject("Outer")
+                                     .part(Mail().text("Outside"))
+                                     .part(Mail().file("whole.txt", "text/plain", "High water"))
+                                     .part(Mail().file("broken.txt", "text/plain", "").body("A"))
+                                     .string())});
+    waitForPage("Outside");
+    std::vector<bool> sensitive;
+    for (GtkWidget* const widget : shown())
+        if (GTK_IS_BUTTON(widget) && gtk_widget_has_css_class(widget, "attachment"))
+            sensitive.push_back(gtk_widget_is_sensitive(widget) != FALSE);
+    EXPECT_EQ(sensitive, (std::vector<bool>{true, false}));
+    EXPECT_THAT(labels(), HasSubstr(Texts::unavailable.english));
+}
+
 // What is dropped is opened, all of it; a link that is dragged along is none.
 TEST_F(ReadingWindow, OpensEveryFileOfADrop) {
     GtkDropTarget* target = nullptr;
@@ -340,6 +477,9 @@ TEST_F(ReadingWindow, OpensEveryFileOfADrop) {
     EXPECT_TRUE(drop({letter("a.eml", "a").path(), "https://tessel.example/", letter("b.eml", "b").path()}));
     settle();
     EXPECT_EQ(openNames(), (std::vector<std::string>{"a.eml", "b.eml"}));
+    EXPECT_TRUE(drop(std::vector<std::string>(22, folder_.path("a.eml").string())));
+    settle();
+    EXPECT_EQ(*model_->error, "2 files were not opened: at most 20 are opened at a time.");
 }
 
 /// The same where no sandbox is needed, because none is to be found.
