@@ -73,6 +73,20 @@ TEST_F(Panes, AreWalkedByKey) {
     waitUntil([this] { return focusIn("GtkListBox"); });
 }
 
+// Where one pane fills the window, one after the other is shown on the way back.
+TEST_F(Panes, AreWalkedBackWhereTheyAreFolded) {
+    window_.reset();
+    state_.width = 400;
+    window_ = std::make_unique<MainWindow>(*model_, state_);
+    window_->present();
+    open({letter("a.eml", "a")});
+    waitForPage("Hello");
+    act("back");
+    waitUntil([this] { return focusIn("GtkListView"); });
+    act("back");
+    waitUntil([this] { return focusIn("GtkListBox"); });
+}
+
 // A command that nobody has added would be listed and do nothing.
 TEST_F(Panes, HaveEveryCommandThatIsGivenAKey) {
     for (const Shortcut& shortcut : shortcuts) {
