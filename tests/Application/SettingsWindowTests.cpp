@@ -14,6 +14,28 @@ GtkWindow* settings() {
     return found;
 }
 
+/// The question that is asked; null when there is none.
+AdwMessageDialog* question() {
+    AdwMessageDialog* found = nullptr;
+    GListModel* const windows = gtk_window_get_toplevels();
+    for (guint at = 0; at < g_list_model_get_n_items(windows); ++at) {
+        const auto window = ObjectRef<GtkWidget>::adopt(GTK_WIDGET(g_list_model_get_item(windows, at)));
+        if (ADW_IS_MESSAGE_DIALOG(window.get()) && gtk_widget_get_visible(window.get()))
+            found = ADW_MESSAGE_DIALOG(window.get());
+    }
+    return found;
+}
+
+bool labelIn(GtkWidget* widget, const std::string& text) {
+    if (GTK_IS_LABEL(widget) && gtk_widget_get_mapped(widget) &&
+        gtk_label_get_text(GTK_LABEL(widget)) == text)
+        return true;
+    for (GtkWidget* child = gtk_widget_get_first_child(widget); child;
+         child = gtk_widget_get_next_sibling(child))
+        if (labelIn(child, text)) return true;
+    return false;
+}
+
 /// The rows with choices, from the top.
 void collectRows(GtkWidget* widget, std::vector<AdwComboRow*>& rows) {
     if (ADW_IS_COMBO_ROW(widget)) rows.push_back(ADW_COMBO_ROW(widget));
@@ -52,6 +74,33 @@ TEST_F(Settings, ChangeEverythingWhileItIsOpenAndComeBack) {
         waitUntil([this] { return preferences_.language() == "en-US" && preferences_.textSize() == 16; });
         gtk_window_close(settings());
         waitUntil([] { return settings() == nullptr; });
+    }
+}
+
+TEST_F(Settings, GiveTheProgramItsAppearance) {
+    for (const auto& [appearance, scheme] : {std::pair{"dark", ADW_COLOR_SCHEME_FORCE_DARK},
+                                             {"light", ADW_COLOR_SCHEME_FORCE_LIGHT},
+                                             {"auto", ADW_COLOR_SCHEME_DEFAULT}}) {
+        preferences_.setAppearance(appearance);
+        EXPECT_EQ(adw_style_manager_get_color_scheme(adw_style_manager_get_default()), scheme) << appearance;
+    }
+}
+
+TEST_F(Settings, AskBeforeMailLinksComeHere) {
+    show();
+    const auto reads = [](const Phrase& text) {
+        return labelIn(GTK_WIDGET(settings()), std::string(text.english));
+    };
+    for (const bool agreed : {false, true}) {
+        g_signal_emit_by_name(buttonIn(GTK_WIDGET(settings()), std::string(Texts::becomeHandler.english)),
+                              "clicked");
+        waitUntil([] { return question() != nullptr; });
+        const Phrase& answer = agreed ? Texts::becomeHandlerAnswer : Texts::cancel;
+        g_signal_emit_by_name(buttonIn(GTK_WIDGET(question()), std::string(answer.english)), "clicked");
+        waitUntil([] { return question() == nullptr; });
+        drain();
+        if (agreed) waitUntil([&] { return reads(Texts::handlerSet); });
+        EXPECT_EQ(reads(Texts::handlerSet), agreed);
     }
 }
 
