@@ -1,5 +1,8 @@
 // What the window offers when something fails.
+#include "MailCore/Model/Limits.h"
 #include "tests/Application/WindowFixture.h"
+
+#include <filesystem>
 
 namespace TesselMail::Testing {
 namespace {
@@ -23,9 +26,11 @@ protected:
     /// Whether the pane shows the failed page with `sentence` and, of the two buttons, only `button`.
     void expectPage(const Phrase& sentence, const std::string& button) {
         waitUntil([&] { return labelIn(root(), preferences_.text(sentence)); });
-        for (const Phrase& text : {Texts::tryAgain, Texts::reopen})
-            EXPECT_EQ(buttonIn(root(), preferences_.text(text)) != nullptr,
+        for (const Phrase& text : {Texts::tryAgain, Texts::reopen}) {
+            GtkButton* const offered = buttonIn(root(), preferences_.text(text));
+            EXPECT_EQ(offered && gtk_widget_get_visible(GTK_WIDGET(offered)),
                       preferences_.text(text) == button);
+        }
     }
 
 private:
@@ -62,6 +67,15 @@ TEST_F(ErrorWindow, OffersToOpenAChangedSourceAgainAndDoesIt) {
         EXPECT_EQ(model_->collections->size(), 1U);
         model_->closeAll();
     }
+}
+
+TEST_F(ErrorWindow, OffersNothingWhereNothingCanHelp) {
+    const URL large = folder_.write("large.eml", Mail().subject("large").text("Hello").string());
+    std::filesystem::resize_file(folder_.path("large.eml"), std::uintmax_t{MailCore::Limits::message} + 1);
+    open({folder_.write("broken.eml", Mail().subject("broken").base64("").body("A").string())});
+    expectPage(Texts::malformed, "");
+    open({large});
+    expectPage(Texts::tooLargeToPreview, "");
 }
 
 TEST_F(ErrorWindow, OffersToTryAgainOnlyWhereThatCanHelp) {
