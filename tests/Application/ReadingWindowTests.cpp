@@ -3,6 +3,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <csignal>
 #include <filesystem>
 #include <fstream>
@@ -31,8 +32,10 @@ std::string textOf(GtkTextView* view) {
     return Glib::wrap(gtk_text_view_get_buffer(view), true)->get_text();
 }
 
-/// The web process that `parent` or one of its children started; 0 when there is none.
+/// The web process that `parent` or one of its children started last; 0 when there is none. That of a window
+/// before may not have ended yet.
 pid_t webProcess(pid_t parent) {
+    pid_t last = 0;
     for (const auto& process : std::filesystem::directory_iterator("/proc")) {
         std::ifstream file(process.path() / "stat");
         std::string line;
@@ -40,10 +43,9 @@ pid_t webProcess(pid_t parent) {
         const std::size_t end = line.rfind(')');
         if (end == std::string::npos || std::stol(line.substr(end + 4)) != parent) continue;
         const auto id = static_cast<pid_t>(std::stol(line));
-        if (line.find("(WebKitWebProces") != std::string::npos) return id;
-        if (const pid_t inner = webProcess(id)) return inner;
+        last = std::max(last, line.find("(WebKitWebProces") != std::string::npos ? id : webProcess(id));
     }
-    return 0;
+    return last;
 }
 
 class ReadingWindow : public Window {
