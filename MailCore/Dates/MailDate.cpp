@@ -17,6 +17,7 @@
 #include <array>
 #include <cstdlib>
 #include <memory>
+#include <string>
 
 namespace MailCore::MailDate {
 
@@ -84,15 +85,40 @@ std::string zoneLabel(int offset) {
     return label;
 }
 
+// A format is slow to make, and gets fast after its first numbers: a thread keeps those of the locale it used
+// last.
+class Formats {
+public:
+    /// Null where there is none. Belongs to this.
+    icu::DateFormat* find(bool withSeconds, std::string_view locale) {
+        if (locale_ != locale) {
+            locale_ = locale;
+            formats_ = {};
+        }
+        std::unique_ptr<icu::DateFormat>& format = formats_[withSeconds ? 1 : 0];
+        if (!format) format = make(withSeconds, locale_);
+        return format.get();
+    }
+
+private:
+    static std::unique_ptr<icu::DateFormat> make(bool withSeconds, const std::string& locale) {
+        UErrorCode status = U_ZERO_ERROR;
+        icu::Locale conventions = icu::Locale::createCanonical(locale.c_str());
+        if (conventions.isBogus()) conventions = icu::Locale::getEnglish(); // a name that nobody knows
+        conventions.setKeywordValue("calendar", "gregorian", status);
+        if (U_FAILURE(status)) return nullptr;
+        return std::unique_ptr<icu::DateFormat>(icu::DateFormat::createDateTimeInstance(
+            icu::DateFormat::kMedium, withSeconds ? icu::DateFormat::kMedium : icu::DateFormat::kShort,
+            conventions));
+    }
+
+    std::string locale_;
+    std::array<std::unique_ptr<icu::DateFormat>, 2> formats_; // without seconds, with them
+};
+
 std::optional<std::string> written(double seconds, bool withSeconds, int offset, std::string_view locale) {
-    UErrorCode status = U_ZERO_ERROR;
-    icu::Locale conventions = icu::Locale::createCanonical(std::string(locale).c_str());
-    if (conventions.isBogus()) conventions = icu::Locale::getEnglish(); // a name that nobody knows
-    conventions.setKeywordValue("calendar", "gregorian", status);
-    if (U_FAILURE(status)) return std::nullopt;
-    const std::unique_ptr<icu::DateFormat> format(icu::DateFormat::createDateTimeInstance(
-        icu::DateFormat::kMedium, withSeconds ? icu::DateFormat::kMedium : icu::DateFormat::kShort,
-        conventions));
+    thread_local Formats formats;
+    icu::DateFormat* const format = formats.find(withSeconds, locale);
     if (!format) return std::nullopt;
     format->adoptTimeZone(
         std::make_unique<icu::SimpleTimeZone>(offset * 1'000, icu::UnicodeString()).release());
