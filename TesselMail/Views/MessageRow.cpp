@@ -12,18 +12,7 @@
 namespace TesselMail {
 namespace {
 
-constexpr unsigned dateWidth = 12;        // characters: a day with its year
 constexpr std::size_t longestShown = 200; // characters; more never fits a row
-
-void setUpLine(Gtk::Inscription& line) {
-    line.set_min_lines(1);
-    line.set_nat_lines(1);
-    line.set_min_chars(8);
-    line.set_nat_chars(20);
-    line.set_xalign(0);
-    line.set_hexpand(true);
-    line.set_text_overflow(Gtk::Inscription::Overflow::ELLIPSIZE_END);
-}
 
 std::string wholeDate(const MailCore::MessageEntry& entry) {
     if (entry.date.empty()) return {};
@@ -38,17 +27,42 @@ std::string briefDate(double seconds) {
 
 } // namespace
 
+MessageRow::Line::Line(Pango::Alignment alignment)
+    : Glib::ObjectBase("TesselMessageLine"), alignment_(alignment) {
+    set_overflow(Gtk::Overflow::HIDDEN);
+}
+
+void MessageRow::Line::setText(const std::string& text) {
+    if (text_ == text) return;
+    text_ = text;
+    queue_draw();
+}
+
+// Nothing but what the style adds.
+void MessageRow::Line::measure_vfunc(Gtk::Orientation, int, int& minimum, int& natural, int& minimumBaseline,
+                                     int& naturalBaseline) const {
+    minimum = natural = 0;
+    minimumBaseline = naturalBaseline = -1;
+}
+
+void MessageRow::Line::snapshot_vfunc(const Glib::RefPtr<Gtk::Snapshot>& snapshot) {
+    const auto layout = create_pango_layout(text_);
+    layout->set_single_paragraph_mode(true);
+    layout->set_width(get_width() * PANGO_SCALE);
+    layout->set_ellipsize(Pango::EllipsizeMode::END);
+    const bool mirrored = get_direction() == Gtk::TextDirection::RTL;
+    const bool right = (alignment_ == Pango::Alignment::RIGHT) != mirrored;
+    layout->set_alignment(right ? Pango::Alignment::RIGHT : Pango::Alignment::LEFT);
+    int width = 0;
+    int height = 0;
+    layout->get_pixel_size(width, height);
+    snapshot->render_layout(get_style_context(), 0, (get_height() - height) / 2, layout);
+}
+
 MessageRow::MessageRow(Preferences& preferences)
     : Gtk::Box(Gtk::Orientation::VERTICAL, 2), preferences_(preferences) {
     add_css_class("message-row");
-    for (Gtk::Inscription* const line : {&sender_, &subject_}) setUpLine(*line);
-    date_.set_min_lines(1);
-    date_.set_nat_lines(1);
-    date_.set_min_chars(dateWidth);
-    date_.set_nat_chars(dateWidth);
-    date_.set_xalign(1);
-    date_.set_valign(Gtk::Align::BASELINE);
-    date_.set_text_overflow(Gtk::Inscription::Overflow::ELLIPSIZE_END);
+    for (Line* const line : {&sender_, &subject_}) line->set_hexpand(true);
     auto* const first = Gtk::make_managed<Gtk::Box>(Gtk::Orientation::HORIZONTAL, 8);
     first->append(sender_);
     first->append(date_);
@@ -81,9 +95,9 @@ void MessageRow::showTexts() {
     const std::string subject = entry_->subject.empty() ? preferences_.text(Texts::noSubject)
                                                         : displayed(entry_->subject, longestShown);
     const std::string date = wholeDate(*entry_);
-    sender_.set_text(sender);
-    subject_.set_text(subject);
-    date_.set_text(entry_->timestamp ? briefDate(*entry_->timestamp) : date);
+    sender_.setText(sender);
+    subject_.setText(subject);
+    date_.setText(entry_->timestamp ? briefDate(*entry_->timestamp) : date);
     std::string name = spoken(sender) + ", " + spoken(subject);
     if (!date.empty()) name += ", " + spoken(date);
     if (Gtk::Widget* const item = get_parent()) Adwaita::setName(*item, name);

@@ -26,7 +26,8 @@ constexpr const char* style = R"(
 .message-row { padding: 9px 12px 9px; }
 .message-sender { font-weight: 600; min-height: 1.45em; }
 .message-subject { min-height: 1.45em; }
-.message-date { font-size: 0.85em; opacity: 0.6; min-height: 1.45em; }
+/* As wide as a day with its year; lower, so that it stands on one line with the larger name. */
+.message-date { font-size: 0.85em; opacity: 0.6; min-height: 1.45em; min-width: 7.5em; padding-top: 2px; }
 .message-list > row:selected { background-color: alpha(@accent_bg_color, 0.18); color: inherit; }
 .message-list:focus-within > row:selected { background-color: @accent_bg_color; color: @accent_fg_color; }
 .message-list:focus-within > row:selected .message-date { opacity: 0.85; }

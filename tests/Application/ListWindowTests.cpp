@@ -1,6 +1,7 @@
 // The panes beside the message: what they list, and how people get about in them.
 #include "MailCore/Dates/BriefDate.h"
 #include "MailCore/Model/Limits.h"
+#include "TesselMail/Views/MessageRow.h"
 #include "TesselMail/Views/SystemLocale.h"
 #include "tests/Application/WindowFixture.h"
 
@@ -45,6 +46,11 @@ protected:
     GtkWidget* list() const {
         return find(root(), [](GtkWidget* widget) { return GTK_IS_LIST_VIEW(widget) != FALSE; });
     }
+    static const MessageRow* rowIn(GtkWidget* widget) {
+        GtkWidget* const row = find(
+            widget, [](GtkWidget* each) { return gtk_widget_has_css_class(each, "message-row") != FALSE; });
+        return row ? dynamic_cast<MessageRow*>(Glib::wrap(row)) : nullptr;
+    }
     /// The subjects of the rows that people see.
     std::vector<std::string> rowsInView() const {
         std::vector<std::string> rows;
@@ -56,10 +62,8 @@ protected:
                 !gtk_widget_compute_bounds(row, list(), &place) || place.size.height < 10 ||
                 place.origin.y + place.size.height <= 0 || place.origin.y >= height)
                 continue;
-            GtkWidget* const subject = find(row, [](GtkWidget* widget) {
-                return gtk_widget_has_css_class(widget, "message-subject") != FALSE;
-            });
-            rows.emplace_back(subject ? gtk_inscription_get_text(GTK_INSCRIPTION(subject)) : "");
+            const MessageRow* const shown = rowIn(row);
+            rows.push_back(shown ? shown->shownSubject() : "");
         }
         return rows;
     }
@@ -241,11 +245,8 @@ TEST_F(ListWindow, IsPassedByTabAndKeepsTheFocusWithTheSelection) {
         tab(GTK_DIR_TAB_FORWARD);
     }
     const auto focused = [this](const char* subject) {
-        GtkWidget* const row = find(focus(), [](GtkWidget* widget) {
-            return gtk_widget_has_css_class(widget, "message-subject") != FALSE;
-        });
-        return row &&
-               std::string(gtk_inscription_get_text(GTK_INSCRIPTION(row))).find(subject) != std::string::npos;
+        const MessageRow* const row = rowIn(focus());
+        return row && row->shownSubject().find(subject) != std::string::npos;
     };
     EXPECT_TRUE(focused("number 0."));
     model_->select(1);
@@ -272,15 +273,11 @@ TEST_F(ListWindow, ShowsNamesAndShortDates) {
                                      .text("High")
                                      .string())});
     waitUntil([this] { return inView("Tides"); });
-    const auto line = [this](const char* cssClass) {
-        return std::string(
-            gtk_inscription_get_text(GTK_INSCRIPTION(find(list(), [cssClass](GtkWidget* widget) {
-                return gtk_widget_has_css_class(widget, cssClass) != FALSE;
-            }))));
-    };
-    EXPECT_EQ(line("message-sender"), "\u2068Ann Linden\u2069");
-    EXPECT_EQ(line("message-date"), MailCore::BriefDate(systemLocale()).text(631'188'000, 631'188'000 * 2.0));
-    EXPECT_EQ(line("message-date").find("UTC"), std::string::npos);
+    const MessageRow* const row = rowIn(list());
+    ASSERT_TRUE(row);
+    EXPECT_EQ(row->shownSender(), "\u2068Ann Linden\u2069");
+    EXPECT_EQ(row->shownDate(), MailCore::BriefDate(systemLocale()).text(631'188'000, 631'188'000 * 2.0));
+    EXPECT_EQ(row->shownDate().find("UTC"), std::string::npos);
 }
 
 // The menu of a row closes its file, whatever is selected; beside the rows there is none.
@@ -329,6 +326,22 @@ TEST_F(ListWindow, SpeaksTheChosenLanguageInItsRows) {
     waitUntil([&] { return both("(No subject)"); });
     preferences_.setLanguage("zh-CN");
     EXPECT_TRUE(both("（无主题）"));
+}
+
+TEST_F(ListWindow, HasTallerRowsForALargerFont) {
+    open({folder_.write("a.mbox", mailbox({"one", "two"}))});
+    const auto height = [this] {
+        const MessageRow* const row = rowIn(list());
+        return row ? row->get_height() : 0;
+    };
+    waitUntil([&] { return height() > 0; });
+    const int before = height();
+    const auto settings = Gtk::Settings::get_default();
+    const Glib::ustring font = settings->property_gtk_font_name();
+    settings->property_gtk_font_name() = "Sans 30";
+    waitUntil([&] { return height() >= before + 40; });
+    settings->property_gtk_font_name() = font;
+    waitUntil([&] { return height() == before; });
 }
 
 } // namespace
