@@ -2,76 +2,19 @@
 // window, and prints how long people wait, how long the interface thread is held at most, and what it all
 // weighs.
 
-#include "TesselMail/Model/AppModel.h"
 #include "TesselMail/Platform/InterfaceThread.h"
+#include "benchmarks/Holds.h"
 
-#include <glib.h>
 #include <malloc.h>
 
-#include <algorithm>
 #include <cstdio>
 #include <fstream>
-#include <functional>
 #include <unistd.h>
 
 using namespace TesselMail;
+using namespace TesselMail::Benchmarks;
 
 namespace {
-
-class NoPanels : public FilePanels {
-public:
-    Later<std::vector<MailCore::URL>> open(OpenPanel) override {
-        return Later<std::vector<MailCore::URL>>([](auto) {});
-    }
-    Later<std::optional<MailCore::URL>> save(SavePanel) override {
-        return Later<std::optional<MailCore::URL>>([](auto) {});
-    }
-};
-
-class NoDesktop : public Desktop {
-public:
-    void present() override {}
-    Later<bool> becomeMailHandler() override {
-        return Later<bool>([](auto) {});
-    }
-    Later<bool> showInFolder(const MailCore::URL&) override {
-        return Later<bool>([](auto) {});
-    }
-};
-
-double now() {
-    return static_cast<double>(g_get_monotonic_time()) / 1e6;
-}
-
-// The loop holds the thread from the return of one poll to the call of the next.
-struct Holds {
-    double woke = now();
-    double longest = 0;
-    double sum = 0;
-    std::size_t count = 0;
-};
-Holds holds;
-
-gint measuredPoll(GPollFD* files, guint count, gint timeout) {
-    const double held = now() - holds.woke;
-    holds.longest = std::max(holds.longest, held);
-    holds.sum += held;
-    ++holds.count;
-    const gint result = g_poll(files, count, timeout);
-    holds.woke = now();
-    return result;
-}
-
-/// What `action` and what follows it, until `holds`, ask of the interface thread.
-Holds during(const std::function<void()>& action, const std::function<bool()>& done) {
-    g_main_context_iteration(nullptr, FALSE);
-    holds = Holds();
-    action();
-    while (!done()) g_main_context_iteration(nullptr, TRUE);
-    // Once more through the poll, which is what counts the last turn.
-    g_main_context_iteration(nullptr, FALSE);
-    return holds;
-}
 
 double residentMegabytes() {
     ::malloc_trim(0);
@@ -91,7 +34,7 @@ void say(const char* what, const Holds& of, double seconds) {
 
 int main(int count, char** arguments) {
     if (count != 3) return 2;
-    g_main_context_set_poll_func(nullptr, measuredPoll);
+    measureHolds();
     Preferences preferences("/dev/null/none", {"en"});
     NoPanels panels;
     NoDesktop desktop;
