@@ -18,9 +18,10 @@ checkPackages=(clang clang-format libclang-rt-14-dev)
 
 # Installs the Debian packages that are not there yet; how far that is can be seen on a terminal.
 require() {
-    local missing=() package
+    local missing=() package installed
+    installed=$'\n'$(dpkg-query -W -f '${Package} ${Status}\n' "$@" 2>/dev/null || true)$'\n'
     for package in "$@"; do
-        dpkg-query -W -f '${Status}' "$package" 2>/dev/null | grep -q 'install ok installed' || missing+=("$package")
+        [[ $installed == *$'\n'"$package install ok installed"$'\n'* ]] || missing+=("$package")
     done
     ((${#missing[@]})) || return 0
     local elevate=() quiet=(-qq) output=/dev/null

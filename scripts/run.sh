@@ -1,9 +1,14 @@
 #!/usr/bin/env bash
-# Starts Tessel Mail on the given files and folders, or on the samples when none is given. Installs and builds what is
-# missing first. Where no display exists it starts a virtual one and takes a picture of the window.
+# Starts Tessel Mail on the given files, folders and mail links, or on the samples when none is given. Installs and
+# builds what is missing first. Where no display exists it starts a virtual one and takes a picture of the window.
 
 files=()
-for file in "$@"; do files+=("$(realpath -- "$file")"); done
+for file in "$@"; do
+    case $file in
+        -* | [Mm][Aa][Ii][Ll][Tt][Oo]:*) files+=("$file") ;;
+        *) files+=("$(realpath -ms -- "$file")") ;; # the scripts work in the project's folder
+    esac
+done
 
 source "$(dirname "$0")/common.sh"
 
@@ -31,11 +36,12 @@ dbus-run-session -- xvfb-run -a -s '-screen 0 1280x800x24' bash -c '
     program=$1 picture=$2
     shift 2
     "$program" "$@" 2>build/window.log &
+    process=$!
     sleep "${TESSEL_PICTURE_SECONDS:-8}"
     import -window root "$picture"
-    kill -0 %1 2>/dev/null || { wait %1; exit; } # it has ended by itself
-    kill %1
-    wait %1 2>/dev/null || true
+    kill -0 $process 2>/dev/null || { wait $process; exit; } # it has ended by itself
+    kill $process
+    wait $process 2>/dev/null || true
 ' picture "$program" "$picture" "${files[@]}" || status=$?
 if ((status != 0)); then
     say "The program ended with status $status; what it said is in build/window.log"
