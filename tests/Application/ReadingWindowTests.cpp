@@ -143,6 +143,34 @@ TEST_F(ReadingWindow, ShowsTextsInTheSizeThatIsSetAndWithoutNULs) {
     waitUntil([&] { return pixels() == 20; });
 }
 
+// A page of fixed width is not cut where the window is narrower: people scroll to the rest of it.
+TEST_F(ReadingWindow, ScrollsToWhatIsWiderThanTheWindow) {
+    window_.reset();
+    state_.width = 360;
+    state_.height = 640;
+    window_ = std::make_unique<MainWindow>(*model_, state_);
+    window_->present();
+    open({html("a.eml", "<table width=600 style='width:600px'><tr><td width=400>first<td width=200 "
+                        "align=right><b>last</b></table>")});
+    waitForPage("last");
+    waitUntil([this] { return std::stoi(evaluate("return innerWidth")) < 360; });
+    const auto lastIsSeen = [this] {
+        return evaluate("const place = document.querySelector('b').getBoundingClientRect();"
+                        "return place.width > 0 && place.left >= 0 && place.right <= innerWidth");
+    };
+    EXPECT_EQ(lastIsSeen(), "false");
+    EXPECT_EQ(evaluate("const page = document.scrollingElement; return page.scrollWidth >= 600 && "
+                       "page.scrollWidth > page.clientWidth"),
+              "true");
+    // What is hidden could still be scrolled to by a script, and by nobody else.
+    EXPECT_EQ(evaluate("for (let at = document.querySelector('b'); at; at = at.parentElement)"
+                       "  if (/hidden|clip/.test(getComputedStyle(at).overflowX)) return at.tagName;"
+                       "return 'none'"),
+              "none");
+    evaluate("document.scrollingElement.scrollLeft = 10000");
+    EXPECT_EQ(lastIsSeen(), "true");
+}
+
 TEST_F(ReadingWindow, GivesUpOnAPageThatDoesNotAnswer) {
     open({html("a.eml", "<p>First</p>"), html("b.eml", "<p>Second</p>"), html("c.eml", "<p>Third</p>")});
     waitForPage("First");
