@@ -413,6 +413,17 @@ class App:
             self.keys("Down")
         raise Failed(f"the keys do not reach “{name}”")
 
+    def drag(self, x, y, by):
+        """Presses at a place of the screen and lets go `by` pixels to the right."""
+        xdotool("mousemove", x, y)
+        time.sleep(0.1)
+        xdotool("mousedown", 1)
+        for part in (0.25, 0.5, 0.75, 1):
+            xdotool("mousemove", x + round(by * part), y)
+            time.sleep(0.05)
+        xdotool("mouseup", 1)
+        time.sleep(0.3)
+
     def click_at(self, x, y, button=1):
         xdotool("mousemove", x, y)
         time.sleep(0.1)

@@ -232,4 +232,17 @@ def odd_letters(app):
         app.sees(app.text("welcome"))
 
 
+@scenario
+def about(app):
+    """The program's own icon, also where nothing is installed; the toolkit would show a broken picture."""
+    app.ask_to("about")
+    window = wait(lambda: [w for w in app.windows() if app.typed(w, "AdwAboutWindow") or len(app.windows()) > 1], "About")
+    time.sleep(0.8)
+    app.step("about", controls=False)
+    for part, colour in (("the letter's flap", (0x2f, 0x6f, 0xa8)), ("the dots", (0xe9, 0xa2, 0x3b))):
+        expect(Picture().middle_of(colour), f"About shows no icon: {part} is missing")
+    app.keys("Escape")
+    wait(lambda: len(app.windows()) == 1, "About to close")
+
+
 main()

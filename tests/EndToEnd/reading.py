@@ -187,6 +187,40 @@ def narrow(app):
     wait(lambda: in_list(app), "the list again")
 
 
+def widths(app):
+    found = {app.name(thing): app.extents(thing).width for thing in app.everything("list")}
+    return [found.get(app.text(key)) for key in ("opened_files", "messages")]
+
+
+@scenario(start=False)
+def panes_by_pointer(app):
+    """The lines between the panes are dragged; what is shown moves none of them, and a new start finds them there."""
+    (app.mail / "A.eml").write_bytes(mail.letter("From A"))
+    (app.mail / ("long " * 40 + ".eml")).write_bytes(mail.letter("Long " * 60))
+    app.start(app.mail / "A.eml")
+    on_show(app, "From A")
+    wanted = widths(app)
+    for pane, key, by in ((0, "opened_files", 60), (1, "messages", -35)):
+        x, y, width, _ = app.place(app.find("list", app.text(key)))
+        app.drag(x + width + (6 if pane else 0), y + 200, by)  # the list of messages has a margin
+        wanted[pane] += by
+    wait(lambda: all(abs(has - want) <= 2 for has, want in zip(widths(app), wanted)), f"the widths {wanted}", 5)
+    wanted = widths(app)
+    app.step("dragged")
+    app.command(app.mail / ("long " * 40 + ".eml"))
+    on_show(app, re.compile("^(Long )+"))
+    expect(widths(app) == wanted, f"a long name changes the widths from {wanted} to {widths(app)}")
+    app.command("mailto:ada@mail.example?subject=" + "subject" * 60)
+    app.sees(app.text("nothing_sent"))
+    expect(widths(app) == wanted, f"a long subject changes the widths from {wanted} to {widths(app)}")
+    app.step("long texts")
+    app.quit()
+    app.start(app.mail / "A.eml")
+    on_show(app, "From A")
+    wait(lambda: widths(app) == wanted, f"the widths {wanted} after a new start", 5)
+    app.step("started anew")
+
+
 @scenario(start=False)
 def details(app):
     three(app)
