@@ -32,7 +32,7 @@ const char* iconOf(const MailCore::MailAttachment& attachment) {
 
 AttachmentBar::AttachmentBar(AppModel& model) : Glib::ObjectBase("TesselAttachmentBar"), model_(model) {
     buttons_.set_selection_mode(Gtk::SelectionMode::NONE);
-    buttons_.set_homogeneous(false);
+    buttons_.set_homogeneous(true);
     buttons_.set_max_children_per_line(12);
     buttons_.set_column_spacing(8);
     buttons_.set_row_spacing(8);
@@ -98,7 +98,6 @@ void AttachmentBar::add(const MailCore::MailAttachment& attachment) {
 
     auto* const button = Gtk::make_managed<Gtk::Button>();
     button->set_child(*content);
-    button->set_halign(Gtk::Align::START);
     button->add_css_class("attachment");
     Adwaita::setTooltip(*button, caption + "\n" + name);
     button->set_sensitive(attachment.available);

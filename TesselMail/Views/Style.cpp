@@ -18,8 +18,9 @@ constexpr const char* style = R"(
 .sidebar-pane .navigation-sidebar { background: none; }
 .captured-link { padding: 4px 18px 8px; font-weight: bold; }
 .source-row { padding: 6px 4px 6px 10px; }
-.source-row .row-close { opacity: 0; min-width: 24px; min-height: 24px; padding: 0; }
-.source-row:hover .row-close, .source-row:focus-within .row-close { opacity: 1; }
+/* It takes no room from the name while it is hidden. */
+.source-row .row-close { opacity: 0; min-width: 24px; min-height: 24px; padding: 0; margin-left: -24px; }
+.source-row:hover .row-close, .source-row:focus-within .row-close { opacity: 1; margin-left: 0; }
 
 .message-list { background: none; padding: 0 6px 6px; }
 .message-list > row { border-radius: 8px; padding: 0; margin: 1px 0; }
