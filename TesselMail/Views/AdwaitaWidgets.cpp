@@ -117,4 +117,10 @@ void StatusPage::setTexts(const std::string& title, const std::string& descripti
     adw_status_page_set_description(page_, Glib::Markup::escape_text(description).c_str());
 }
 
+void StatusPage::showScrollbar() {
+    for (GtkWidget* at = GTK_WIDGET(page_); at; at = gtk_widget_get_first_child(at))
+        if (GTK_IS_SCROLLED_WINDOW(at))
+            return gtk_scrolled_window_set_overlay_scrolling(GTK_SCROLLED_WINDOW(at), FALSE);
+}
+
 } // namespace TesselMail::Adwaita

@@ -68,6 +68,8 @@ public:
     Gtk::Widget& widget() const { return wrapped(page_); }
     void setTexts(const std::string& title, const std::string& description);
     void setChild(Gtk::Widget& child) { adw_status_page_set_child(page_, child.gobj()); }
+    /// Shows a scrollbar for as long as not all fits, not only under the pointer.
+    void showScrollbar();
 
 private:
     AdwStatusPage* page_;

@@ -15,6 +15,7 @@ namespace {
 
 constexpr auto languages = std::to_array<std::string_view>({"auto", "en-US", "zh-CN"});
 constexpr auto appearances = std::to_array<std::string_view>({"auto", "light", "dark"});
+constexpr int narrowest = 320; // pixels, so that it fits where the main window does, frame and all
 constexpr auto textSizes = std::to_array<double>({14, 16, 18, 20});
 
 // The place of a stored value among those that are offered; none when it is another.
@@ -56,6 +57,7 @@ SettingsWindow::SettingsWindow(AppModel& model, Gtk::Window& parent)
     : model_(model),
       window_(ObjectRef<AdwPreferencesWindow>::retain(ADW_PREFERENCES_WINDOW(adw_preferences_window_new()))),
       page_(ADW_PREFERENCES_PAGE(adw_preferences_page_new())) {
+    gtk_widget_set_size_request(GTK_WIDGET(window()), narrowest, -1);
     Adwaita::attach(window(), parent);
     g_signal_connect_swapped(window(), "close-request", G_CALLBACK(+[](SettingsWindow* self) -> gboolean {
                                  self->closed_.emit();

@@ -35,6 +35,7 @@ WelcomeView::WelcomeView(AppModel& model) : Gtk::Box(Gtk::Orientation::VERTICAL)
     actions_.append(formats_);
     actions_.append(capture_);
     page_.setChild(actions_);
+    page_.showScrollbar();
     append(page_.widget());
 
     model_.preferences().signalChanged().connect(sigc::mem_fun(*this, &WelcomeView::showTexts));
