@@ -26,6 +26,8 @@ inline constexpr Action nextMessage{"win.next-message"};
 inline constexpr Action previousMessage{"win.previous-message"};
 inline constexpr Action nextPane{"win.next-pane"};
 inline constexpr Action previousPane{"win.previous-pane"};
+inline constexpr Action widenPane{"win.widen-pane"};
+inline constexpr Action narrowPane{"win.narrow-pane"};
 inline constexpr Action back{"win.back"};
 inline constexpr Action settings{"win.settings"};
 inline constexpr Action shortcuts{"win.shortcuts"};

@@ -73,6 +73,8 @@ void MainWindow::addActions() {
     add_action(Actions::settings.name(), sigc::mem_fun(*this, &MainWindow::showSettings));
     for (const auto& [action, steps] : {std::pair{Actions::nextPane, 1}, {Actions::previousPane, -1}})
         add_action(action.name(), [this, by = steps] { panes_.moveFocus(by); });
+    for (const auto& [action, steps] : {std::pair{Actions::widenPane, 1}, {Actions::narrowPane, -1}})
+        add_action(action.name(), [this, by = steps] { panes_.widen(by); });
     add_action(Actions::back.name(), sigc::mem_fun(panes_, &Panes::goBack));
     add_action(Actions::nextMessage.name(), sigc::mem_fun(panes_.list(), &MessageList::selectNext));
     add_action(Actions::previousMessage.name(), sigc::mem_fun(panes_.list(), &MessageList::selectPrevious));

@@ -9,6 +9,7 @@ namespace {
 constexpr int leastSources = 190;
 constexpr int leastList = 240;
 constexpr int leastReader = 350;
+constexpr int widthStep = 20;
 
 AdwLeaflet* makeLeaflet() {
     auto* const leaflet = ADW_LEAFLET(adw_leaflet_new());
@@ -190,6 +191,13 @@ void Panes::goBack() {
 void Panes::moveFocus(int steps) {
     constexpr int count = 3;
     focus(static_cast<Place>((static_cast<int>(focused()) + steps + count) % count));
+}
+
+void Panes::widen(int steps) {
+    const Place place = focused();
+    Pane& pane = place == Place::sources ? sourcesPane_ : listPane_;
+    pane.setWidth(pane.width() + (place == Place::reader ? -steps : steps) * widthStep);
+    keepWidths();
 }
 
 void Panes::focus(Place place) {

@@ -35,6 +35,9 @@ public:
     void showSelected();
     /// Moves the focus `steps` panes on, around the end.
     void moveFocus(int steps);
+    /// Makes the pane with the focus wider by a step, or narrower by a step below zero; the message by what
+    /// the list beside it gives or takes.
+    void widen(int steps);
     /// From the message to the list, and from there to the sources, where one of them hides the others.
     void goBack();
     /// The widths people gave the panes go to the state.

@@ -30,6 +30,8 @@ inline constexpr auto shortcuts = std::to_array<Shortcut>({
     {Shortcut::Group::reading, Actions::previousMessage, "<Alt>Up", Texts::previousMessage},
     {Shortcut::Group::window, Actions::nextPane, "F6", Texts::nextPane},
     {Shortcut::Group::window, Actions::previousPane, "<Shift>F6", Texts::previousPane},
+    {Shortcut::Group::window, Actions::widenPane, "F8", Texts::widenPane},
+    {Shortcut::Group::window, Actions::narrowPane, "<Shift>F8", Texts::narrowPane},
     {Shortcut::Group::window, Actions::back, "<Alt>Left", Texts::back},
     {Shortcut::Group::window, Actions::settings, "<Control>comma", Texts::settings},
     {Shortcut::Group::window, Actions::shortcuts, "<Control>question", Texts::keyboardShortcuts},

@@ -87,6 +87,26 @@ TEST_F(Panes, AreWalkedBackWhereTheyAreFolded) {
     waitUntil([this] { return focusIn("GtkListBox"); });
 }
 
+TEST_F(Panes, ChangeTheirWidthByKey) {
+    open({folder_.write("b.mbox", mailbox({"one", "two", "three"}))});
+    waitForPage("Hello");
+    const int before = listWidth();
+    act("search");
+    act("widen-pane");
+    act("widen-pane");
+    waitUntil([&] { return listWidth() > before; });
+    const int wide = listWidth();
+    act("next-pane"); // the message takes from the list
+    act("widen-pane");
+    waitUntil([&] { return listWidth() < wide; });
+    EXPECT_GT(listWidth(), before);
+    for (int time = 0; time < 100; ++time) act("narrow-pane");
+    waitUntil([&] { return listWidth() > wide; });
+    const auto kept = state_.listWidth;
+    ASSERT_TRUE(kept);
+    EXPECT_LE(*kept, 640) << "room is left for the text";
+}
+
 // A command that nobody has added would be listed and do nothing.
 TEST_F(Panes, HaveEveryCommandThatIsGivenAKey) {
     for (const Shortcut& shortcut : shortcuts) {
