@@ -93,5 +93,14 @@ if [[ -x $programs/tessel-model-run ]]; then # where the bench preset is configu
     for file in "$mixed" "$small" "$tiny"; do "$programs/tessel-model-run" "$file" "$query"; done
 fi
 
+if [[ -x $programs/tessel-window-run ]]; then
+    require "${displayPackages[@]}"
+    say "The window: least / median / most of five rounds"
+    echo "| work | longest hold of the interface thread | of its processor time |"
+    echo "|---|---|---|"
+    GDK_BACKEND=x11 GSK_RENDERER=cairo dbus-run-session -- xvfb-run -a "$programs/tessel-window-run" "$tiny" 5000 \
+        2>/dev/null
+fi
+
 say "Single operations"
 "$programs/tessel-benchmarks" --benchmark_filter=-^outlook --benchmark_min_time=0.3 2>/dev/null
