@@ -14,6 +14,7 @@ void setUpValue(Gtk::Label& label, int lines) {
     label.set_wrap_mode(Pango::WrapMode::WORD_CHAR);
     label.set_ellipsize(Pango::EllipsizeMode::END);
     label.set_lines(lines);
+    label.set_width_chars(4); // a single letter is narrower than its ellipsis, of which the toolkit warns
     label.set_selectable(true);
     label.set_xalign(0);
     label.set_hexpand(true);
