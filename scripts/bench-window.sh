@@ -16,6 +16,7 @@ folder=$PWD/build/bench-window/mail
 mkdir -p "$folder" "$folder/home"
 python3 benchmarks/newsletters.py build/bench-window/tools/tessel-probe "$folder"
 export XDG_CONFIG_HOME=$folder/home XDG_STATE_HOME=$folder/home XDG_CACHE_HOME=$folder/home GDK_BACKEND=x11 LC_ALL=C.UTF-8
+[[ -e /dev/dri ]] || export GSK_RENDERER=cairo # as the program chooses, for both
 export GTK_A11Y=none RUNS=${RUNS:-7}
 
 say "Measuring, ${RUNS} runs each"
