@@ -103,11 +103,11 @@ void LockedWebView::warmUp() {
                          if (event == WEBKIT_LOAD_FINISHED) self->becomeWarm(); // or failed
                      }),
                      this);
-    g_signal_connect(view_.get(), "web-process-terminated",
-                     G_CALLBACK(+[](WebKitWebView*, WebKitWebProcessTerminationReason, LockedWebView* self) {
-                         self->becomeWarm();
-                     }),
-                     this);
+    // After the owner has heard of it: what it loads next is not to be taken for what ended.
+    g_signal_connect_after(view_.get(), "web-process-terminated",
+                           G_CALLBACK(+[](WebKitWebView*, WebKitWebProcessTerminationReason,
+                                          LockedWebView* self) { self->becomeWarm(); }),
+                           this);
     webkit_web_view_load_html(view_.get(), "", nullptr);
 }
 

@@ -1,6 +1,9 @@
 #include "MailCore/Model/SenderName.h"
 
 #include "MailCore/Platform/Text.h"
+#include "MailCore/Platform/UTF8.h"
+
+#include <unicode/uchar.h>
 
 namespace MailCore {
 namespace {
@@ -68,6 +71,18 @@ private:
     Mailbox mailbox_;
 };
 
+bool canBeSeen(std::string_view name) {
+    constexpr char32_t blankPattern = 0x2800; // of Braille
+    for (std::size_t at = 0; at < name.size();) {
+        const char32_t codePoint = Text::next(name, at);
+        const auto character = static_cast<UChar32>(codePoint);
+        if (codePoint != blankPattern && u_isgraph(character) != 0 &&
+            u_hasBinaryProperty(character, UCHAR_DEFAULT_IGNORABLE_CODE_POINT) == 0)
+            return true;
+    }
+    return false;
+}
+
 } // namespace
 
 std::string senderName(std::string_view from) {
@@ -75,10 +90,11 @@ std::string senderName(std::string_view from) {
     const std::string_view address = Text::trimmed(mailbox.address);
     std::string_view name = Text::trimmed(mailbox.words);
     if (!mailbox.bracketed && name.find('@') != std::string_view::npos) name = Text::trimmed(mailbox.comment);
-    if (name.empty() || (mailbox.bracketed && name == address))
+    if (!canBeSeen(name) || (mailbox.bracketed && name == address))
         return std::string(address.empty() ? from : address);
-    const bool posesAsAddress =
-        name.find('@') != std::string_view::npos || name.find("＠") != std::string_view::npos;
+    const bool posesAsAddress = name.find('@') != std::string_view::npos ||
+                                name.find("＠") != std::string_view::npos ||
+                                name.find("﹫") != std::string_view::npos;
     return std::string(posesAsAddress ? from : name);
 }
 

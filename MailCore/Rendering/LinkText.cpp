@@ -22,9 +22,17 @@ constexpr std::size_t largestHost = 253;   // RFC 1035 §2.3.4
 constexpr auto genericDomains = std::to_array<std::string_view>(
     {"app", "biz", "cloud",  "club", "com",  "dev",  "edu",  "gov",   "info", "int", "live",
      "mil", "net", "online", "org",  "page", "shop", "site", "store", "top",  "vip", "xyz"});
-// Countries whose codes are better known as the ends of file names.
-constexpr auto fileEnds =
-    std::to_array<std::string_view>({"ai", "cc", "md", "pl", "ps", "py", "rs", "sh", "so"});
+// The codes of countries (ISO 3166-1, and .eu, .su, .uk), each with a blank behind it; without those better
+// known as the ends of file names: ai cc md pl ps py rs sh so.
+constexpr std::string_view countryDomains =
+    "ad ae af ag al am ao aq ar as at au aw ax az ba bb bd be bf bg bh bi bj bl bm bn bo bq br bs "
+    "bt bv bw by bz ca cd cf cg ch ci ck cl cm cn co cr cu cv cw cx cy cz de dj dk dm do dz ec ee "
+    "eg eh er es et eu fi fj fk fm fo fr ga gb gd ge gf gg gh gi gl gm gn gp gq gr gs gt gu gw gy "
+    "hk hm hn hr ht hu id ie il im in io iq ir is it je jm jo jp ke kg kh ki km kn kp kr kw ky kz "
+    "la lb lc li lk lr ls lt lu lv ly ma mc me mf mg mh mk ml mm mn mo mp mq mr ms mt mu mv mw mx "
+    "my mz na nc ne nf ng ni nl no np nr nu nz om pa pe pf pg ph pk pm pn pr pt pw qa re ro ru rw "
+    "sa sb sc sd se sg si sj sk sl sm sn sr ss st su sv sx sy sz tc td tf tg th tj tk tl tm tn to "
+    "tr tt tv tw tz ua ug uk um us uy uz va vc ve vg vi vn vu wf ws ye yt za zm zw ";
 
 bool separatesWords(char byte) {
     return static_cast<unsigned char>(byte) <= ' ' ||
@@ -64,7 +72,7 @@ bool isDomain(std::string_view word) {
     const std::string end = Text::lowered(word.substr(dot + 1));
     if (std::ranges::find(genericDomains, end) != genericDomains.end()) return true;
     return end.size() == 2 && ASCII::isLetter(end[0]) && ASCII::isLetter(end[1]) &&
-           std::ranges::find(fileEnds, end) == fileEnds.end();
+           countryDomains.find(end + ' ') != std::string_view::npos;
 }
 
 // The host that a word of the text names.

@@ -4,6 +4,7 @@
 #include "MailCore/Model/Limits.h"
 #include "MailCore/Model/SafeFilename.h"
 #include "MailCore/Model/SourceKinds.h"
+#include "MailCore/Platform/Text.h"
 
 #include <glib.h>
 
@@ -26,7 +27,7 @@ std::string presumedKind(const URL& url) {
     if (kind && kind->isArchive) return std::string(kind->name);
     const bool isFolder = url.pathExtension().empty() || g_file_test(url.path().c_str(), G_FILE_TEST_IS_DIR);
     if (isFolder) return std::string(Kinds::maildir);
-    return kind ? std::string(kind->name) : std::string(); // which nothing will be listed for
+    return kind ? std::string(kind->name) : MailCore::Text::uppered(url.pathExtension());
 }
 
 // An address that leads to no file and is different from all others.
@@ -94,7 +95,9 @@ MailCore::EntryList OpenSources::finish(MailCollection result, const MailFileSco
     indexing_.reset();
     result.isIndexing = false;
     if (MailCollection* const listed = edit(result.id)) {
-        // What has arrived is the same entries in a list of its own.
+        // What has arrived is the same entries in a list of its own, and stays.
+        std::swap(result.entries, listed->entries);
+        std::swap(result.metadataBytes, listed->metadataBytes);
         ArchiveWork::release(std::make_shared<const MailCore::EntryList>(std::move(listed->entries)));
         *listed = std::move(result);
         return {};

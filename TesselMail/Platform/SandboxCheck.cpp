@@ -16,11 +16,12 @@ struct Awaited {
     bool ended = false;
     bool succeeded = false;
 };
+using SharedAwaited = std::shared_ptr<Awaited>; // the end may come when nobody waits any more
 
 void processEnded(GObject* process, GAsyncResult* result, gpointer awaited) noexcept {
-    auto* const answer = static_cast<Awaited*>(awaited);
-    answer->succeeded = g_subprocess_wait_check_finish(G_SUBPROCESS(process), result, nullptr) != FALSE;
-    answer->ended = true;
+    const std::unique_ptr<SharedAwaited> answer(static_cast<SharedAwaited*>(awaited));
+    (*answer)->succeeded = g_subprocess_wait_check_finish(G_SUBPROCESS(process), result, nullptr) != FALSE;
+    (*answer)->ended = true;
 }
 
 bool endsWell(GMainContext* context) {
@@ -29,21 +30,23 @@ bool endsWell(GMainContext* context) {
     const auto process = ObjectRef<GSubprocess>::adopt(
         g_subprocess_new(flags, nullptr, "bwrap", "--unshare-user", "--ro-bind", "/", "/", "true", nullptr));
     if (!process) return false; // there is no bwrap
-    Awaited answer;
-    g_subprocess_wait_check_async(process.get(), nullptr, processEnded, &answer);
+    const auto answer = std::make_shared<Awaited>();
+    g_subprocess_wait_check_async(process.get(), nullptr, processEnded,
+                                  std::make_unique<SharedAwaited>(answer).release());
     GSource* const limit = g_timeout_source_new(patience);
     g_source_set_callback(
         limit,
-        +[](gpointer hung) -> gboolean {
-            g_subprocess_force_exit(G_SUBPROCESS(hung)); // which ends the wait
+        +[](gpointer awaited) -> gboolean {
+            static_cast<Awaited*>(awaited)->ended = true; // as far as anybody waits
             return G_SOURCE_REMOVE;
         },
-        process.get(), nullptr);
+        answer.get(), nullptr);
     g_source_attach(limit, context);
-    while (!answer.ended) g_main_context_iteration(context, TRUE);
+    while (!answer->ended) g_main_context_iteration(context, TRUE);
+    if (!answer->succeeded) g_subprocess_force_exit(process.get());
     g_source_destroy(limit);
     g_source_unref(limit);
-    return answer.succeeded;
+    return answer->succeeded;
 }
 
 } // namespace

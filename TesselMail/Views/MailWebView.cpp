@@ -61,7 +61,10 @@ MailWebView::MailWebView(AppModel& model, std::unique_ptr<LockedWebView> locked)
           [this](std::optional<MailCore::UUID> identity, const Phrase& explanation) {
               model_.readingViewFailed(identity, explanation);
           },
-          [this] { signalShown_.emit(); }) {
+          [this] {
+              target_.set_visible(false); // of a page that is gone
+              signalShown_.emit();
+          }) {
     configure();
     styleRefusedLinks(view_.get());
     Gtk::Widget* const view = Glib::wrap(GTK_WIDGET(view_.get()));
@@ -83,6 +86,11 @@ MailWebView::MailWebView(AppModel& model, std::unique_ptr<LockedWebView> locked)
     keys->signal_key_pressed().connect(
         [this](guint key, guint, Gdk::ModifierType modifiers) { return press(key, modifiers); }, false);
     view->add_controller(keys);
+    const auto focus = Gtk::EventControllerFocus::create();
+    focus->signal_leave().connect([self = alive_.handle()] {
+        if (self) self->target_.set_visible(false); // it is told while the view goes, too
+    });
+    view->add_controller(focus);
     link_.signalLeft().connect(sigc::mem_fun(*this, &MailWebView::focusText));
     copyLink_->signal_activate().connect(sigc::mem_fun(*this, &MailWebView::copyLink));
     showTexts();
@@ -121,6 +129,7 @@ void MailWebView::configure() {
                      G_CALLBACK(+[](WebKitWebView*, WebKitLoadEvent, const char*, GError* error,
                                     MailWebView* self) -> gboolean {
                          self->loadFailed_ = true;
+                         if (self->loading_ == 0) return TRUE; // nobody's page
                          self->coordinator_.failedLoading(
                              g_error_matches(error, WEBKIT_NETWORK_ERROR, WEBKIT_NETWORK_ERROR_CANCELLED) ||
                              g_error_matches(error, WEBKIT_POLICY_ERROR,
@@ -130,7 +139,8 @@ void MailWebView::configure() {
                      this);
     g_signal_connect(view, "web-process-terminated",
                      G_CALLBACK(+[](WebKitWebView*, WebKitWebProcessTerminationReason, MailWebView* self) {
-                         self->coordinator_.processTerminated();
+                         self->target_.set_visible(false);
+                         if (self->loading_ != 0) self->coordinator_.processTerminated();
                      }),
                      this);
     g_signal_connect(view, "mouse-target-changed",
@@ -232,8 +242,7 @@ void MailWebView::pointAt(WebKitHitTestResult* hit) {
 // Where the link `href` of the page leads, and whether its `text` says otherwise.
 void MailWebView::showTarget(std::string_view href, std::string_view text) {
     const auto address = coordinator_.linkBehind(href);
-    target_.set_visible(address.has_value());
-    if (!address) return;
+    if (!address) return target_.set_visible(false);
     const bool elsewhere = MailCore::leadsElsewhere(text, *address);
     const std::string mark = elsewhere ? model_.preferences().text(Texts::leadsElsewhere) : std::string();
     target_.set_text(mark + displayed(*address, 300));
@@ -241,6 +250,7 @@ void MailWebView::showTarget(std::string_view href, std::string_view text) {
         target_.add_css_class("leads-elsewhere");
     else
         target_.remove_css_class("leads-elsewhere");
+    target_.set_visible(true);
 }
 
 // What the menu offers by default would open, download or reload; only copying makes sense here.

@@ -8,8 +8,8 @@
 
 namespace TesselMail {
 MainWindow::MainWindow(AppModel& model, WindowState& state, PreparedView prepared)
-    : model_(model), state_(state), welcome_(model), panes_(model, state, std::move(prepared)),
-      opening_(model), toasts_(model) {
+    : model_(model), startsWithFiles_(*model.busy), state_(state), welcome_(model),
+      panes_(model, state, std::move(prepared)), opening_(model), toasts_(model) {
     installStyle(get_display());
     set_default_size(state.width, state.height);
     if (state.maximized) maximize();
@@ -35,8 +35,10 @@ MainWindow::MainWindow(AppModel& model, WindowState& state, PreparedView prepare
     addActions();
     addDropTarget();
     model_.collections.signalChanged().connect(sigc::mem_fun(*this, &MainWindow::showWelcome));
-    model_.busy.signalChanged().connect(
-        sigc::mem_fun(*this, &MainWindow::showWelcome)); // not before what comes
+    model_.busy.signalChanged().connect([this] {
+        startsWithFiles_ = false;
+        showWelcome();
+    });
     model_.selectedCollection.signalChanged().connect(sigc::mem_fun(*this, &MainWindow::showSelectedList));
     model_.capture.signalChanged().connect(sigc::mem_fun(*this, &MainWindow::showCapture));
     for (auto* const signal : {&model_.collections.signalChanged(), &model_.readRequest.signalChanged(),
@@ -135,7 +137,7 @@ void MainWindow::showTexts() {
 }
 
 void MainWindow::showWelcome() {
-    const bool nothing = model_.collections->empty() && !*model_.capture && !*model_.busy;
+    const bool nothing = model_.collections->empty() && !*model_.capture && !startsWithFiles_;
     if (nothing != (stack_.get_visible_child_name() == "welcome")) {
         stack_.set_visible_child(nothing ? "welcome" : "content");
         if (nothing) welcome_.focusOpen(); // the focus went with what was closed

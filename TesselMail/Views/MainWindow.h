@@ -42,6 +42,7 @@ private:
     void errorDismissed(bool reopen);
 
     AppModel& model_;
+    bool startsWithFiles_; // what the program was started with is still being opened
     WindowState& state_;
     Gtk::Overlay overlay_;
     Gtk::Stack stack_;

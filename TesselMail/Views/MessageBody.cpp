@@ -118,7 +118,7 @@ void MessageBody::hideOther() {
 
 void MessageBody::showView() {
     Gtk::Widget* next = &plain_;
-    if (!showsPlainText()) next = &*web_;
+    if (!showsPlainText() && web_) next = &*web_;
     if (next == &plain_)
         showPlainText();
     else

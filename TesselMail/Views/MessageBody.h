@@ -2,7 +2,6 @@
 
 #include "MailCore/Platform/Alive.h"
 #include "TesselMail/Model/AppModel.h"
-#include "TesselMail/Platform/Task.h"
 #include "TesselMail/Views/MailWebView.h"
 #include "TesselMail/Views/PlainMessageView.h"
 #include "TesselMail/Views/PreparedView.h"

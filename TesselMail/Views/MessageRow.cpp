@@ -97,7 +97,8 @@ void MessageRow::showTexts() {
     const std::string date = wholeDate(*entry_);
     sender_.setText(sender);
     subject_.setText(subject);
-    date_.setText(entry_->timestamp ? briefDate(*entry_->timestamp) : date);
+    const std::string brief = entry_->timestamp ? briefDate(*entry_->timestamp) : std::string();
+    date_.setText(brief.empty() ? date : brief);
     std::string name = spoken(sender) + ", " + spoken(subject);
     if (!date.empty()) name += ", " + spoken(date);
     if (Gtk::Widget* const item = get_parent()) Adwaita::setName(*item, name);

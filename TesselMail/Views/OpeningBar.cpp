@@ -30,6 +30,7 @@ OpeningBar::OpeningBar(AppModel& model) : model_(model) {
     model_.progress.signalChanged().connect(sigc::mem_fun(*this, &OpeningBar::showProgress));
     model_.preferences().signalChanged().connect(sigc::mem_fun(*this, &OpeningBar::showTexts));
     showTexts();
+    showBusy();
 }
 
 void OpeningBar::showTexts() {

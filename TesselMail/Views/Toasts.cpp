@@ -37,11 +37,12 @@ AdwToast* Toasts::make(const std::string& text) {
     Adwaita::makeLive(*label, Adwaita::Live::alert);
     adw_toast_set_custom_title(toast, GTK_WIDGET(label->gobj()));
     adw_toast_set_timeout(toast, secondsShown);
-    adw_toast_set_priority(toast, ADW_TOAST_PRIORITY_HIGH); // in the place of the one before
     return toast;
 }
 
 void Toasts::present(AdwToast* toast) {
+    if (const auto before = shown_.get()) adw_toast_dismiss(before.get());
+    shown_.set(toast);
     adw_toast_overlay_add_toast(overlay_, toast);
     // The library leaves the button that closes it without a name.
     for (GtkWidget* child = gtk_widget_get_last_child(GTK_WIDGET(overlay_)); child;

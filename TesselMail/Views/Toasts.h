@@ -2,6 +2,7 @@
 
 #include "MailCore/Platform/Alive.h"
 #include "TesselMail/Model/AppModel.h"
+#include "TesselMail/Platform/ObjectRef.h"
 
 #include <adwaita.h>
 #include <gtkmm.h>
@@ -32,6 +33,7 @@ private:
 
     AppModel& model_;
     AdwToastOverlay* overlay_;
+    ObjectWatch<AdwToast> shown_;
     sigc::connection saved_;
     MailCore::Alive<Toasts> alive_{*this};
 };

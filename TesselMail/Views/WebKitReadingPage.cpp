@@ -11,8 +11,6 @@
 namespace TesselMail {
 namespace {
 
-namespace PageParts = MailCore::PageParts;
-
 constexpr const char* scriptWorld = "TesselMail";
 
 using namespace PageScripts;

@@ -512,6 +512,20 @@ TEST_F(ReadingWindow, OpensEveryFileOfADrop) {
     EXPECT_EQ(*model_->error, "2 files were not opened: at most 20 are opened at a time.");
 }
 
+// Started with a file, the window comes while that is being opened: with its panes.
+TEST_F(ReadingWindow, TellsOfWhatItWasStartedWith) {
+    window_.reset();
+    model_->open({folder_.write("long.mbox", mailbox(std::vector<std::string>(20'000, "Tides")))});
+    ASSERT_TRUE(*model_->busy);
+    window_ = std::make_unique<MainWindow>(*model_, state_);
+    window_->present();
+    waitUntil([this] { return isShown(GTK_WIDGET(window_->gobj())); });
+    EXPECT_THAT(labels(), Not(HasSubstr(Texts::welcomeLine.english)));
+    settle();
+    model_->closeAll();
+    waitUntil([this] { return labels().find(Texts::welcomeLine.english) != std::string::npos; });
+}
+
 /// The same where no sandbox is needed, because none is to be found.
 class PlainWindow : public ReadingWindow {
 protected:

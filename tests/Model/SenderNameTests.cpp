@@ -30,6 +30,8 @@ TEST(SenderName, IsTheNameWithoutItsAddress) {
          "\"service@bank.example\" <thief@tessel.example>"},
         {"service＠bank.example <thief@tessel.example>", "service＠bank.example <thief@tessel.example>"},
         {"thief@tessel.example (service@bank.example)", "thief@tessel.example (service@bank.example)"},
+        {"\u200B\u2800 <jane@tessel.example>", "jane@tessel.example"}, // a name that nobody sees
+        {"service﹫bank.example <thief@tessel.example>", "service﹫bank.example <thief@tessel.example>"},
         // What is never closed ends with the value.
         {"\"Jane", "Jane"},
         {"Jane <jane@tessel.example", "Jane"},

@@ -26,6 +26,10 @@ TEST(LinkText, TellsWhenItNamesAnotherHostThanTheAddress) {
         {"bank.com.", "https://bank.com/", false},
         {"Sign in", "https://thief.example/", false},
         {"README.md and notes.txt, v1.2.3, e.g. this", "https://files.example/", false},
+        {"Node.js", "https://nodejs.org/", false}, // no country has that code
+        {"bank.xx", "https://thief.example/", false},
+        {"bank.ad", "https://thief.example/", true},
+        {"bank.zw", "https://thief.example/", true},
         {"www.readme.md", "https://files.example/", true},
         {"https://bank.example@thief.example/", "https://thief.example/", false}, // it says so
         {"https://user@bank.example/", "https://thief.example/", true},
