@@ -35,10 +35,7 @@ MainWindow::MainWindow(AppModel& model, WindowState& state, PreparedView prepare
     addActions();
     addDropTarget();
     model_.collections.signalChanged().connect(sigc::mem_fun(*this, &MainWindow::showWelcome));
-    model_.busy.signalChanged().connect([this] {
-        startsWithFiles_ = false;
-        showWelcome();
-    });
+    model_.busy.signalChanged().connect(sigc::mem_fun(*this, &MainWindow::showStarted));
     model_.selectedCollection.signalChanged().connect(sigc::mem_fun(*this, &MainWindow::showSelectedList));
     model_.capture.signalChanged().connect(sigc::mem_fun(*this, &MainWindow::showCapture));
     for (auto* const signal : {&model_.collections.signalChanged(), &model_.readRequest.signalChanged(),
@@ -134,6 +131,11 @@ void MainWindow::showTexts() {
     const Preferences& preferences = model_.preferences();
     set_title(preferences.text(Texts::applicationName));
     panes_.showTexts();
+}
+
+void MainWindow::showStarted() {
+    startsWithFiles_ = false;
+    showWelcome();
 }
 
 void MainWindow::showWelcome() {

@@ -27,6 +27,7 @@ private:
     void addActions();
     void addDropTarget();
     void showTexts();
+    void showStarted();
     void showWelcome();
     void showCommands();
     void showError();
