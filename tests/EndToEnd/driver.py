@@ -37,7 +37,7 @@ KNOWN_LINES = [
     r"for shader cache",
     # Neither settings daemon nor portal run here.
     r"(dconf|GVFS|portal)", r"Settings portal", r"Unable to acquire session bus",
-    r"Failed to connect to bus",
+    r"Failed to connect to bus", r"connect to a11y bus",
     # The page's process about a locale that the system lacks.
     r"Locale not supported by C library", r"Using the fallback 'C' locale",
     # The toolkit says that it takes its defaults where no desktop stores settings.

@@ -127,8 +127,7 @@ def changed_while_open(app):
         app.sees("Ada Linden <ada@mail.example>")
         change(kind, archive)
         app.keys("alt+Up")
-        app.sees(app.text(sentence))
-        app.step(kind)
+        told(app, app.text(sentence))
         expect(len(app.rows()) == 6, "the list lost its rows")
         if kind == "replaced":
             app.click(app.find("push button", app.text("reopen")))
