@@ -19,6 +19,12 @@ std::string wholeDate(const MailCore::MessageEntry& entry) {
     return displayed(MailCore::MailDate::display(entry.date, systemLocale()), longestShown);
 }
 
+// A paragraph from left to right, whatever the language of the text: the toolkit turns the alignment of the
+// others around.
+std::string atItsEnd(const std::string& text) {
+    return "\u200e\u2068" + text + "\u2069";
+}
+
 // By this computer's clock: a list is looked through from here and now.
 std::string briefDate(double seconds) {
     static const MailCore::BriefDate dates(systemLocale());
@@ -46,7 +52,7 @@ void MessageRow::Line::measure_vfunc(Gtk::Orientation, int, int& minimum, int& n
 }
 
 void MessageRow::Line::snapshot_vfunc(const Glib::RefPtr<Gtk::Snapshot>& snapshot) {
-    const auto layout = create_pango_layout(text_);
+    const auto layout = create_pango_layout(alignment_ == Pango::Alignment::RIGHT ? atItsEnd(text_) : text_);
     layout->set_single_paragraph_mode(true);
     layout->set_width(get_width() * PANGO_SCALE);
     layout->set_ellipsize(Pango::EllipsizeMode::END);
