@@ -11,6 +11,8 @@ namespace TesselMail {
 namespace {
 
 constexpr const char* rulesIdentifier = "TesselMail.LocalOnly.v2";
+// Under which a store of rules knows the view that compiles them, for as long as it is there.
+constexpr const char* owner = "owner";
 
 GtkWidget* refuseWindow(WebKitWebView*, WebKitNavigationAction*, gpointer) {
     return nullptr;
@@ -55,6 +57,7 @@ LockedWebView::LockedWebView(std::string rulesFolder)
 
 LockedWebView::~LockedWebView() {
     g_signal_handlers_disconnect_by_data(view_.get(), this);
+    if (rules_) g_object_set_data(G_OBJECT(rules_.get()), owner, nullptr);
     removeFolder();
 }
 
@@ -69,17 +72,17 @@ void LockedWebView::whenReady(Installed installed) {
 }
 
 void LockedWebView::compileRules() {
-    using Handle = MailCore::Alive<LockedWebView>::Handle;
     rules_.reset(webkit_user_content_filter_store_new(rulesFolder_.c_str()));
+    g_object_set_data(G_OBJECT(rules_.get()), owner, this);
     const std::string& text = MailCore::MailSecurity::contentRules();
     GBytes* const source = g_bytes_new_static(text.data(), text.size());
     webkit_user_content_filter_store_save(
         rules_.get(), rulesIdentifier, source, nullptr,
-        [](GObject*, GAsyncResult* result, gpointer data) noexcept {
-            const std::unique_ptr<Handle> self(static_cast<Handle*>(data));
-            if (*self) (*self)->rulesCompiled(result);
+        [](GObject* store, GAsyncResult* result, gpointer) noexcept {
+            if (auto* const self = static_cast<LockedWebView*>(g_object_get_data(store, owner)))
+                self->rulesCompiled(result);
         },
-        std::make_unique<Handle>(alive_.handle()).release());
+        nullptr);
     g_bytes_unref(source);
 }
 

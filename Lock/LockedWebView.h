@@ -1,7 +1,5 @@
 #pragma once
 
-#include "MailCore/Platform/Alive.h"
-
 #include <webkit/webkit.h>
 
 #include <functional>
@@ -58,7 +56,6 @@ private:
     Installed installed_;
     bool warm_ = false;           // its processes have started, or have failed to
     std::optional<bool> inForce_; // whether the rules are, once they have been compiled
-    MailCore::Alive<LockedWebView> alive_{*this};
 };
 
 } // namespace TesselMail
