@@ -3,7 +3,8 @@
 import time
 
 import mail
-from driver import Picture, expect, main, scenario, wait
+from desktop import Picture, expect, wait
+from driver import main, scenario
 
 
 def list_holds(app, count):

@@ -1,7 +1,8 @@
 """Email links handed over by the system: while running and while not, copied, and put away in each way."""
 
 import mail
-from driver import expect, main, scenario, wait
+from desktop import expect, wait
+from driver import main, scenario
 
 LINK = "mailto:ada@mail.example?subject=Tide%20tables&body=High%20water"
 

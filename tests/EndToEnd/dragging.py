@@ -3,7 +3,7 @@
 import subprocess
 import time
 
-from driver import end, wait
+from desktop import end, wait
 
 SOURCE = """
 import sys, gi

@@ -9,7 +9,8 @@ import time
 
 import mail
 from dragging import drag, let_go
-from driver import NotRun, Picture, descendants, expect, main, scenario, wait, xdotool
+from desktop import Picture, descendants, expect, wait, xdotool
+from driver import NotRun, main, scenario
 
 
 def told(app, *sentences):

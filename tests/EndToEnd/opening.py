@@ -6,7 +6,8 @@ import time
 
 import mail
 from dragging import drag, let_go
-from driver import ROOT, Picture, expect, main, scenario, wait
+from desktop import Picture, expect, wait
+from driver import ROOT, main, scenario
 
 
 def letters(folder, *subjects):

@@ -19,7 +19,8 @@ from pathlib import Path
 from types import SimpleNamespace
 
 import mail
-from driver import BUS_NAME, KNOWN_LINES, ROOT, App, Desktop, Failed, descendants, expect, wait
+from desktop import Desktop, Failed, descendants, expect, wait
+from driver import BUS_NAME, KNOWN_LINES, ROOT, App
 
 ENTRY = BUS_NAME + ".desktop"
 INSTALLED = ["bin/tessel-mail", f"share/applications/{ENTRY}", f"share/dbus-1/services/{BUS_NAME}.service",

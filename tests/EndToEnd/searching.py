@@ -3,7 +3,8 @@
 import time
 
 import mail
-from driver import expect, main, scenario, wait
+from desktop import expect, wait
+from driver import main, scenario
 
 
 def five(app):

@@ -4,7 +4,8 @@ import re
 import time
 
 import mail
-from driver import expect, main, scenario, wait
+from desktop import expect, wait
+from driver import main, scenario
 
 LANGUAGES, APPEARANCES, SIZES = ["auto", "en-US", "zh-CN"], ["auto", "light", "dark"], ["14", "16", "18", "20"]
 

@@ -6,7 +6,8 @@ import threading
 import time
 
 import mail
-from driver import Picture, descendants, expect, main, scenario, wait
+from desktop import Picture, descendants, expect, wait
+from driver import main, scenario
 
 # Everything in a message that a reader has been made to load, with the server's address in the place of {}.
 WAYS = """

@@ -5,7 +5,8 @@ import signal
 import time
 
 import mail
-from driver import Picture, descendants, expect, main, scenario, wait
+from desktop import Picture, descendants, expect, wait
+from driver import main, scenario
 
 
 def page_process(app):
