@@ -95,7 +95,10 @@ std::string senderName(std::string_view from) {
     const bool posesAsAddress = name.find('@') != std::string_view::npos ||
                                 name.find("＠") != std::string_view::npos ||
                                 name.find("﹫") != std::string_view::npos;
-    return std::string(posesAsAddress ? from : name);
+    // The end of a row is cut: after a name that poses as an address the true one would not be seen.
+    if (!posesAsAddress) return std::string(name);
+    if (!address.empty()) return std::string(address);
+    return std::string(mailbox.bracketed ? from : Text::trimmed(mailbox.words));
 }
 
 } // namespace MailCore

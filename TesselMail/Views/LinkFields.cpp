@@ -10,6 +10,7 @@ namespace {
 
 constexpr std::size_t longValue = 4'000; // bytes
 constexpr int tallestText = 320;         // pixels
+constexpr int leastCharacters = 12;      // a line
 
 Gtk::Widget& shortText(const std::string& label, const std::string& value) {
     auto* const text = Gtk::make_managed<Gtk::Label>(displayedLines(value));
@@ -18,7 +19,7 @@ Gtk::Widget& shortText(const std::string& label, const std::string& value) {
     text->set_wrap_mode(Pango::WrapMode::WORD_CHAR);
     text->set_xalign(0);
     breakWithoutHyphens(*text);
-    text->set_width_chars(30);
+    text->set_width_chars(leastCharacters);
     text->set_max_width_chars(60);
     gtk_accessible_update_property(GTK_ACCESSIBLE(text->gobj()), GTK_ACCESSIBLE_PROPERTY_LABEL,
                                    (label + ": " + displayedLines(value)).c_str(), -1);

@@ -4,6 +4,7 @@
 #include "TesselMail/Model/AppModel.h"
 #include "TesselMail/Views/AdwaitaWidgets.h"
 #include "TesselMail/Views/DisplayText.h"
+#include "TesselMail/Views/Wrapping.h"
 
 #include <cmath>
 
@@ -11,6 +12,7 @@ namespace TesselMail {
 namespace {
 
 constexpr const char* copyLinkAction = "copy-link";
+constexpr int mostTargetLines = 3;
 
 // The web view would keep the focus once it has it.
 void letFocusLeave(void* widgetClass, void*) {
@@ -74,7 +76,13 @@ MailWebView::MailWebView(AppModel& model, std::unique_ptr<LockedWebView> locked)
 
     target_.set_halign(Gtk::Align::START);
     target_.set_valign(Gtk::Align::END);
-    target_.set_ellipsize(Pango::EllipsizeMode::MIDDLE);
+    // The host stands in front, and is never what is cut.
+    target_.set_wrap(true);
+    target_.set_wrap_mode(Pango::WrapMode::WORD_CHAR);
+    target_.set_lines(mostTargetLines);
+    target_.set_ellipsize(Pango::EllipsizeMode::END);
+    target_.set_xalign(0);
+    breakWithoutHyphens(target_);
     target_.add_css_class("link-target");
     Adwaita::makeLive(target_, Adwaita::Live::status);
     target_.set_can_target(false);

@@ -1,8 +1,10 @@
 #include "TesselMail/Views/Toasts.h"
 
+#include "MailCore/Platform/UTF16.h"
 #include "TesselMail/Views/AdwaitaWidgets.h"
 #include "TesselMail/Views/DisplayText.h"
 
+#include <algorithm>
 #include <memory>
 #include <utility>
 
@@ -10,6 +12,7 @@ namespace TesselMail {
 namespace {
 
 constexpr unsigned secondsShown = 8;
+constexpr int leastCharacters = 12; // of a text beside its button
 
 } // namespace
 
@@ -33,6 +36,7 @@ AdwToast* Toasts::make(const std::string& text) {
     AdwToast* const toast = adw_toast_new("");
     auto* const label = Gtk::make_managed<Gtk::Label>(text);
     label->set_ellipsize(Pango::EllipsizeMode::MIDDLE);
+    label->set_width_chars(std::min(leastCharacters, static_cast<int>(MailCore::Text::lengthInUTF16(text))));
     label->add_css_class("heading");
     Adwaita::makeLive(*label, Adwaita::Live::alert);
     adw_toast_set_custom_title(toast, GTK_WIDGET(label->gobj()));

@@ -25,13 +25,13 @@ TEST(SenderName, IsTheNameWithoutItsAddress) {
         {"Jane", "Jane"},
         {"", ""},
         {"<>", "<>"},
-        // A name that poses as another address does not stand without the true one.
-        {"\"service@bank.example\" <thief@tessel.example>",
-         "\"service@bank.example\" <thief@tessel.example>"},
-        {"service＠bank.example <thief@tessel.example>", "service＠bank.example <thief@tessel.example>"},
-        {"thief@tessel.example (service@bank.example)", "thief@tessel.example (service@bank.example)"},
+        // A name that poses as another address gives way to the true one.
+        {"\"service@bank.example\" <thief@tessel.example>", "thief@tessel.example"},
+        {"service＠bank.example <thief@tessel.example>", "thief@tessel.example"},
+        {"thief@tessel.example (service@bank.example)", "thief@tessel.example"},
+        {"\"service@bank.example\" <>", "\"service@bank.example\" <>"},
         {"\u200B\u2800 <jane@tessel.example>", "jane@tessel.example"}, // a name that nobody sees
-        {"service﹫bank.example <thief@tessel.example>", "service﹫bank.example <thief@tessel.example>"},
+        {"service﹫bank.example <thief@tessel.example>", "thief@tessel.example"},
         // What is never closed ends with the value.
         {"\"Jane", "Jane"},
         {"Jane <jane@tessel.example", "Jane"},
