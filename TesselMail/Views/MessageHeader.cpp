@@ -45,7 +45,7 @@ MessageHeader::MessageHeader(AppModel& model) : Gtk::Box(Gtk::Orientation::VERTI
         line.name.set_xalign(1);
         line.name.set_valign(Gtk::Align::START);
         line.name.add_css_class("dim-label");
-        setUpValue(line.value, 2);
+        setUpValue(line.value, 3);
         summary_.attach(line.name, 0, static_cast<int>(row));
         summary_.attach(line.value, 1, static_cast<int>(row));
     }

@@ -104,7 +104,9 @@ void MessageRow::showTexts() {
     sender_.setText(sender);
     subject_.setText(subject);
     const std::string brief = entry_->timestamp ? briefDate(*entry_->timestamp) : std::string();
-    date_.setText(brief.empty() ? date : brief);
+    const std::string& shown = brief.empty() ? date : brief;
+    date_.setText(shown);
+    date_.set_visible(!shown.empty()); // and its room is the sender's
     std::string name = spoken(sender) + ", " + spoken(subject);
     if (!date.empty()) name += ", " + spoken(date);
     if (Gtk::Widget* const item = get_parent()) Adwaita::setName(*item, name);

@@ -5,7 +5,9 @@
 namespace TesselMail {
 namespace {
 
-constexpr int widest = 640; // pixels: a pane beside the text leaves room for it
+// Pixels.
+constexpr int widest = 640;    // a pane beside the text leaves room for it
+constexpr int narrowest = 350; // what every pane can be where it is alone
 
 } // namespace
 
@@ -31,12 +33,12 @@ Gtk::SizeRequestMode Pane::get_request_mode_vfunc() const {
 
 void Pane::measure_vfunc(Gtk::Orientation orientation, int, int& minimum, int& natural, int& minimumBaseline,
                          int& naturalBaseline) const {
-    minimumBaseline = naturalBaseline = -1;
-    minimum = least_;
-    natural = width_;
-    if (orientation == Gtk::Orientation::HORIZONTAL) return;
     int baseline = -1;
     child_.measure(orientation, -1, minimum, natural, baseline, baseline);
+    minimumBaseline = naturalBaseline = -1;
+    if (orientation == Gtk::Orientation::VERTICAL) return;
+    minimum = std::clamp(minimum, least_, std::max(least_, narrowest));
+    natural = std::max(minimum, width_);
 }
 
 // What is in the pane may want to be wider; the rest of it is cut off then.

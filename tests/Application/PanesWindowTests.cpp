@@ -107,6 +107,30 @@ TEST_F(Panes, ChangeTheirWidthByKey) {
     EXPECT_LE(*kept, 640) << "room is left for the text";
 }
 
+// With the desktop's largest text a pane grows, and its buttons stay within it.
+TEST_F(Panes, CutNothingOffWhereTextIsLarge) {
+    struct LargeText {
+        LargeText() { g_object_set(gtk_settings_get_default(), "gtk-xft-dpi", 192 * PANGO_SCALE, nullptr); }
+        ~LargeText() { gtk_settings_reset_property(gtk_settings_get_default(), "gtk-xft-dpi"); }
+    };
+    const LargeText large;
+    open({folder_.write("b.mbox", mailbox({"one", "two"}))});
+    waitForPage("Hello");
+    GtkWidget* const open =
+        GTK_WIDGET(buttonIn(GTK_WIDGET(window_->gobj()), std::string(Texts::openFiles.english)));
+    ASSERT_NE(open, nullptr);
+    GtkWidget* const settings = gtk_widget_get_next_sibling(open);
+    GtkWidget* pane = settings;
+    while (gtk_widget_get_overflow(pane) != GTK_OVERFLOW_HIDDEN ||
+           !GTK_IS_BOX(gtk_widget_get_first_child(pane)))
+        pane = gtk_widget_get_parent(pane);
+    waitUntil([&] {
+        graphene_rect_t place;
+        return gtk_widget_compute_bounds(settings, pane, &place) && place.size.width > 0 &&
+               place.origin.x + place.size.width <= static_cast<float>(gtk_widget_get_width(pane));
+    });
+}
+
 // A command that nobody has added would be listed and do nothing.
 TEST_F(Panes, HaveEveryCommandThatIsGivenAKey) {
     for (const Shortcut& shortcut : shortcuts) {
