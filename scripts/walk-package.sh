@@ -28,7 +28,7 @@ if [[ ! -f $bare/clean.ready ]]; then
     say "Setting up a bare Debian 12 in build/bare"
     rm -rf "$bare/clean"
     mkdir -p "$bare/archives/partial"
-    debootstrap --variant=minbase --cache-dir="$bare/archives" bookworm "$bare/clean" "$mirror" >"$bare/log" 2>&1 ||
+    timeout 600 debootstrap --variant=minbase --cache-dir="$bare/archives" bookworm "$bare/clean" "$mirror" >"$bare/log" 2>&1 ||
         notRun "no bookworm from $mirror (build/bare/log)"
     rm "$bare/clean/etc/apt/sources.list"
     cp "${sources[@]}" "$bare/clean/etc/apt/sources.list.d/"
